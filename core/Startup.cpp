@@ -1,0 +1,292 @@
+#include "core/Startup.h"
+
+#include <cerrno>
+#include <filesystem>
+
+#include "core/ErrorReport.h"
+#include "core/Format.h"
+#include "core/Paths.h"
+#include "core/Val.h"
+#include "platform/api/Clock.h"
+#include "platform/api/Dialogs.h"
+
+namespace ombra {
+
+CommandLine ParseCommandLine(const std::string& line) {
+    CommandLine c;
+    std::string u = UCase(line);
+    c.NoSplash = u.find("NOSPLASH") != std::string::npos;
+    size_t lat = u.find("LAT=");
+    size_t lon = u.find("LON=");
+    if (lat != std::string::npos && lon != std::string::npos) {
+        c.HasLatLon = true;
+        c.CommandLat = Val(std::string_view(u).substr(lat + 4)) * 3600.0;
+        c.CommandLon = Val(std::string_view(u).substr(lon + 4)) * 3600.0;
+    }
+    size_t r = u.find("ROUTE=");
+    if (r != std::string::npos) {
+        c.HasRoute = true;
+        size_t q1 = u.find('"', r + 6);
+        if (q1 != std::string::npos) {
+            size_t q2 = u.find('"', q1 + 1);
+            if (q2 != std::string::npos && q2 > q1 + 1) c.CommandRoute = u.substr(q1 + 1, q2 - q1 - 1);
+        }
+    }
+    return c;
+}
+
+std::string DisclaimerText(const std::string& productName) {
+    return "Note that " + productName +
+           " is an aid to navigation, and should not be used as the sole means of navigation at sea.\n"
+           "When used at SEA the program is only to be used by persons competent to carry out navigation by "
+           "traditional means.\n"
+           "If you accept the above please press the accept button, otherwise select the cancel button which will "
+           "close down and exit the program.\n";
+}
+
+void ProvisionInstallFolder(const std::string& sharedData, const std::string& appPath) {
+    namespace fs = std::filesystem;
+    std::error_code ec;
+    fs::path src(NativePath(sharedData));
+    if (sharedData.empty() || !fs::is_directory(src, ec)) return;
+    fs::path dst(NativePath(appPath));
+    for (auto it = fs::recursive_directory_iterator(src, ec); !ec && it != fs::recursive_directory_iterator();
+         it.increment(ec)) {
+        fs::path rel = fs::relative(it->path(), src, ec);
+        if (ec) break;
+        std::string target = ResolvePath((dst / rel).string());
+        if (it->is_directory(ec)) {
+            MakeFolder(target);
+        } else if (it->is_regular_file(ec) && !FileExists(target)) {
+            auto bytes = ReadWholeFile(it->path().string());
+            if (bytes) SaveFileAtomic(target, *bytes);
+        }
+    }
+}
+
+void Startup::ReportStartupError(int code, int systemError) {
+    dialogs_.MsgBox("Error in startup sequence:\nCode: " + std::to_string(code) + "\nAPI32 RC: " +
+                        std::to_string(systemError) + "\nLast Statement: " + g_.StartupStage,
+                    mb::OKOnly | mb::Critical, g_.ProductName);
+}
+
+template <typename F>
+void Startup::Step(F&& f) {
+    if (exited_) return;
+    errno = 0;
+    try {
+        f();
+    } catch (...) {
+        int sys = errno;
+        ReportStartupError(ErrorReporter::CurrentFaultNumber(), sys);
+    }
+}
+
+void Startup::InitGlobals(const std::string& exePath, const std::string& installFolder) {
+    ErrorReporter errors(dialogs_, g_.ProductName);
+    errors.Guard("InitGlobals", [&] {
+        g_.ProductName = "Tarnel";
+        namespace fs = std::filesystem;
+        std::string base = fs::path(exePath).stem().string();
+        bool upper = !base.empty() && base == UCase(base) && base != LCase(base);
+        if (upper) {
+            g_.AppPath = WithTrailingSlash(fs::path(exePath).parent_path().string());
+        } else {
+            g_.AppPath = WithTrailingSlash(installFolder);
+            MakeFolder(g_.AppPath);
+        }
+        reg_.SetAppPath(g_.AppPath);
+        g_.HelpFile = g_.AppPath + "Ombra.hlp";
+        g_.EbblinePath = g_.AppPath + "Ebbline\\";
+        g_.AppDatPath = g_.AppPath + "dat\\";
+        MakeFolder(g_.AppPath + "dat");
+        g_.ForceWGS84Datum = reg_.GetSetting(Key::ForceWGS84Datum) != "False";
+        g_.MainDataPath = reg_.GetSetting(Key::MainDataPath);
+        if (g_.MainDataPath.empty()) {
+            g_.MainDataPath = g_.AppPath;
+            reg_.SaveSetting(Key::MainDataPath, g_.MainDataPath);
+        }
+        if (!g_.MainDataPath.empty() && (g_.MainDataPath.back() == '\\' || g_.MainDataPath.back() == '/')) {
+            g_.MainDataPath.pop_back();
+            reg_.SaveSetting(Key::MainDataPath, g_.MainDataPath);
+        }
+        g_.UserDataPath = reg_.GetSetting(Key::UserDataPath);
+        if (g_.UserDataPath.empty()) {
+            g_.UserDataPath = g_.AppPath;
+            reg_.SaveSetting(Key::UserDataPath, g_.UserDataPath);
+        }
+        g_.UserDataPath = WithTrailingSlash(g_.UserDataPath);
+        g_.UserDatPath = g_.UserDataPath + "Dat\\";
+        g_.SeafishPath = g_.UserDataPath + "SeaFish\\";
+        g_.GPSYPath = g_.UserDataPath + "GPSY\\";
+    });
+}
+
+bool Startup::Main(const std::string& commandLine, const std::string& exePath, const std::string& installFolder,
+                   const std::string& sharedData) {
+    exited_ = false;
+    CommandLine cmd;
+    Step([&] {
+        steps_.SaveSystemPalette();
+        g_.CurrentTool = 0;
+    });
+    Step([&] { InitGlobals(exePath, installFolder); });
+    Step([&] { ProvisionInstallFolder(sharedData, g_.AppPath); });
+    Step([&] {
+        cmd = ParseCommandLine(commandLine);
+        if (!cmd.NoSplash) {
+            steps_.ShowSplash();
+            g_.StartupStage = "Splash Screen";
+        }
+    });
+    Step([&] {
+        if (cmd.HasLatLon) {
+            g_.CommandLat = cmd.CommandLat;
+            g_.CommandLon = cmd.CommandLon;
+        }
+        g_.CommandRoute = cmd.CommandRoute;
+        events_.DoEvents();
+    });
+    Step([&] {
+        g_.VersionText = Format(VersionMajor, "0") + "." + Format(VersionMinor, "0");
+        steps_.LoadCommsSettings();
+        g_.StartupStage = "Comms";
+    });
+    Step([&] {
+        steps_.LoadDisplaySettings();
+        g_.StartupStage = "Display";
+    });
+    Step([&] {
+        steps_.LoadUnitsConsoleAndOverlays();
+        g_.StartupStage = "Chartzoom";
+    });
+    Step([&] {
+        steps_.LoadChartFolders();
+        g_.StartupStage = "Chart catalogues";
+    });
+    Step([&] {
+        steps_.LoadNavObjects();
+        g_.StartupStage = "Nav Objects";
+    });
+    Step([&] {
+        steps_.LoadVesselSettings();
+        g_.StartupStage = "Vessel";
+    });
+    Step([&] {
+        steps_.LoadWaypoints();
+        g_.StartupStage = "ToolTips";
+    });
+    Step([&] {
+        steps_.ApplyPaletteMode(int16_t(Val(reg_.GetSetting(Key::PaletteMode))));
+        steps_.ReadLastFileDataStamp();
+    });
+    Step([&] { steps_.ReadBoatOutline(g_.AppPath + "Dat\\Vessel.CSV"); });
+    Step([&] {
+        g_.StartupStage = "Initialising Data";
+        steps_.InitialiseData();
+    });
+    Step([&] {
+        g_.StartupStage = "Initialising Controls";
+        steps_.InitialiseControls();
+        g_.StartupStage = "Loading Forms";
+    });
+    // The pause keeps the splash screen readable; with no splash there is
+    // nothing to read and the navigator is not kept waiting.
+    Step([&] {
+        if (!cmd.NoSplash) clock_.Sleep(2500);
+    });
+    Step([&] {
+        steps_.CreateMainWindow("Vestrane " + g_.ProductName);
+        g_.StartupStage = "frmMain";
+        double l = Val(reg_.GetSetting(Key::WindowLeft));
+        double t = Val(reg_.GetSetting(Key::WindowTop));
+        double w = Val(reg_.GetSetting(Key::WindowWidth));
+        double h = Val(reg_.GetSetting(Key::WindowHeight));
+        int state = int(Val(reg_.GetSetting(Key::WindowState)));
+        steps_.ApplyWindowState(state);
+        if (l != -1.0 && t != -1.0 && w != -1.0 && h != -1.0) steps_.ApplyWindowRect(l, t, w, h);
+    });
+    Step([&] {
+        steps_.BuildMenus();
+        steps_.InitRunMenu(FileExists(g_.AppPath + "Ebbline\\EBBLINE.EXE"),
+                           FileExists(g_.AppPath + "Galeline\\Galeline.exe"));
+        g_.StartupStage = "InitRunMenu";
+    });
+    Step([&] {
+        steps_.LoadCommsForms();
+        g_.StartupStage = "Comms forms";
+    });
+    Step([&] {
+        steps_.ShowMainWindow();
+        if (!cmd.NoSplash) steps_.CloseSplash();
+    });
+    Step([&] {
+        int colours = steps_.DisplayColours();
+        bool warned = Val(reg_.GetSetting(Key::ColourWarning)) != 0.0;
+        bool few = colours != -1 && colours <= 256;
+        if (!warned && few) {
+            steps_.ShowColourWarning();
+            reg_.SaveSetting(Key::ColourWarning, "1");
+        } else if (warned && !few) {
+            reg_.SaveSetting(Key::ColourWarning, "0");
+        }
+    });
+    Step([&] {
+        if (cmd.LaunchedForRoute()) steps_.SelectCommandRoute(g_.CommandRoute);
+    });
+    bool accepted = true;
+    Step([&] {
+        std::string reply = steps_.ShowDisclaimer(g_.ProductName, DisclaimerText(g_.ProductName));
+        if (reply != "Accept") accepted = false;
+    });
+    if (!accepted) {
+        ExitSequence();
+        return false;
+    }
+    Step([&] { events_.DoEvents(); });
+    Step([&] { g_.SkipGPSPrompt = cmd.LaunchedForRoute(); });
+    Step([&] {
+        if (g_.SkipGPSPrompt) {
+            steps_.OpenChartAt(g_.CommandLat, g_.CommandLon);
+            return;
+        }
+        int initial = int(Val(reg_.GetSetting(Key::InitialSelect)));
+        int autoGPS = int(Val(reg_.GetSetting(Key::AutoStartupGPS)));
+        bool yes;
+        if (autoGPS == 0) {
+            yes = dialogs_.MsgBox("Do you want to connect to your GPS set now.",
+                                  mb::YesNo | mb::Question | (initial == 256 ? mb::DefaultButton2 : mb::DefaultButton1),
+                                  g_.ProductName) == mb::Yes;
+        } else {
+            yes = autoGPS != 1;
+        }
+        if (yes) {
+            if (initial == 256) reg_.SaveSetting(Key::InitialSelect, "0");
+            steps_.StartGPS();
+        } else {
+            if (initial == 0) reg_.SaveSetting(Key::InitialSelect, "256");
+            std::string last = reg_.GetSetting(Key::LastChartNumber);
+            if (reg_.GetSetting(Key::AutoStartupChart) == "True" && !last.empty()) steps_.OpenChartNumber(last);
+        }
+    });
+    Step([&] { steps_.EnableMainTimer(); });
+    Step([&] {
+        if (!g_.CommandRoute.empty() && cmd.LaunchedForRoute()) steps_.ActivateCommandRoute(g_.CommandRoute);
+    });
+    return !exited_;
+}
+
+void Startup::ExitSequence() {
+    if (exited_) return;
+    ErrorReporter errors(dialogs_, g_.ProductName);
+    errors.Guard("ExitSequence", [&] { steps_.EndCurrentTool(); });
+    g_.CurrentTool = 0;
+    errors.Guard("ExitSequence", [&] { steps_.StopGPS(); });
+    errors.Guard("ExitSequence", [&] { steps_.CloseStores(); });
+    errors.Guard("ExitSequence", [&] { steps_.CloseChart(); });
+    errors.Guard("ExitSequence", [&] { steps_.RestoreSystemPalette(); });
+    exited_ = true;
+    steps_.EndProcess();
+}
+
+}  // namespace ombra

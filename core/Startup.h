@@ -1,0 +1,156 @@
+// Start-up and shutdown: the entry sequence Main and the one way out.
+//
+// Main runs once. It fixes the folders (InitGlobals), reads the command
+// line, loads each module's settings in a fixed order, brings up the main
+// window, asks the disclaimer, opens the starting chart or asks to connect
+// the GPS, and enables the main timer last, so that no port is polled while
+// settings load. Each step runs under the start-up handler: a failing step
+// is reported with the name of the last stage completed and Main carries on
+// with the next step, leaving a partly working plotter, never a dead one.
+//
+// Folders on this system. The old plotter lived in a fixed install folder;
+// here the install folder (AppPath) is a per-user folder:
+//     $OMBRA_HOME/                when OMBRA_HOME is set (tests, the demo)
+//     $XDG_DATA_HOME/Vestrane/    otherwise (~/.local/share/Vestrane/)
+// unless the program runs under a wholly upper-case name, when it is the
+// program's own folder (the old rule, kept). Paths are kept in the
+// program's backslash form ("...\dat\") and mapped to "/" when a file is
+// touched (core/Paths.h).
+//
+// Command line: the whole line, upper-cased, searched for NOSPLASH, LAT=,
+// LON= and ROUTE="NAME". LAT= and LON= count only together; the program is
+// "launched for a route" only when all three are present.
+//
+//   ombra LAT=50.05 LON=-12.1 ROUTE="HARBOUR APPROACH" nosplash
+#pragma once
+#include <cstdint>
+#include <string>
+
+#include "core/Registry.h"
+
+namespace ombra {
+
+class Clock;
+class Dialogs;
+class Events;
+
+struct CommandLine {
+    bool NoSplash = false;
+    bool HasLatLon = false;     // both LAT= and LON= present
+    double CommandLat = 0.0;    // seconds of arc
+    double CommandLon = 0.0;
+    bool HasRoute = false;      // ROUTE= present
+    std::string CommandRoute;   // upper case; empty unless quoted with at least one character
+    bool LaunchedForRoute() const { return HasLatLon && HasRoute; }
+};
+
+CommandLine ParseCommandLine(const std::string& line);
+
+// Process-wide start-up state.
+struct Globals {
+    std::string AppPath;        // with trailing backslash
+    std::string MainDataPath;   // no trailing backslash
+    std::string UserDataPath;   // with trailing backslash
+    std::string UserDatPath, SeafishPath, GPSYPath, AppDatPath, EbblinePath, HelpFile;
+    std::string ProductName = "Tarnel";
+    std::string VersionText;
+    std::string StartupStage;
+    double CommandLat = 0.0, CommandLon = 0.0;
+    std::string CommandRoute;
+    int16_t CurrentTool = 0;
+    bool ForceWGS84Datum = false;
+    bool SkipGPSPrompt = false;
+};
+
+// What Main asks of the modules and the window. The Plotter context
+// implements it; tests script it.
+class StartupSteps {
+public:
+    virtual ~StartupSteps() = default;
+    virtual void SaveSystemPalette() = 0;
+    virtual void RestoreSystemPalette() = 0;
+    virtual void ShowSplash() = 0;
+    virtual void CloseSplash() = 0;
+    // Step 5, module settings in this order.
+    virtual void LoadCommsSettings() = 0;
+    virtual void LoadDisplaySettings() = 0;
+    virtual void LoadUnitsConsoleAndOverlays() = 0;
+    virtual void LoadChartFolders() = 0;
+    virtual void LoadNavObjects() = 0;   // alarms, boundaries, tracks, logs, routes
+    virtual void LoadVesselSettings() = 0;
+    virtual void LoadWaypoints() = 0;    // symbols, waypoint database, tooltips
+    virtual void ApplyPaletteMode(int16_t mode) = 0;
+    virtual void ReadLastFileDataStamp() = 0;
+    virtual void ReadBoatOutline(const std::string& path) = 0;
+    virtual void InitialiseData() = 0;
+    virtual void InitialiseControls() = 0;
+    // Step 10, the main window.
+    virtual void CreateMainWindow(const std::string& caption) = 0;
+    virtual void ApplyWindowState(int state) = 0;
+    virtual void ApplyWindowRect(double left, double top, double width, double height) = 0;
+    virtual void BuildMenus() = 0;
+    virtual void InitRunMenu(bool ebblineInstalled, bool galelineInstalled) = 0;
+    virtual void LoadCommsForms() = 0;
+    virtual void ShowMainWindow() = 0;
+    // -1 when the display has more than 256 colours.
+    virtual int DisplayColours() = 0;
+    virtual void ShowColourWarning() = 0;
+    virtual void SelectCommandRoute(const std::string& route) = 0;
+    // The disclaimer's reply: "Accept" or "Cancel".
+    virtual std::string ShowDisclaimer(const std::string& title, const std::string& text) = 0;
+    // The installed chart at a position with the smallest scale
+    // denominator; empty when none. Opens it and refreshes the lists.
+    virtual void OpenChartAt(double lat, double lon) = 0;
+    virtual void StartGPS() = 0;
+    virtual void OpenChartNumber(const std::string& number) = 0;
+    virtual void EnableMainTimer() = 0;
+    virtual void ActivateCommandRoute(const std::string& route) = 0;
+    // Exit sequence.
+    virtual void EndCurrentTool() = 0;
+    virtual void StopGPS() = 0;
+    virtual void CloseStores() = 0;  // waypoints, routes, boundaries, then the log
+    virtual void CloseChart() = 0;
+    virtual void EndProcess() = 0;
+};
+
+// The text of the disclaimer, for a product name.
+std::string DisclaimerText(const std::string& productName);
+
+class Startup {
+public:
+    Startup(Globals& g, Registry& reg, Dialogs& dialogs, Clock& clock, Events& events, StartupSteps& steps)
+        : g_(g), reg_(reg), dialogs_(dialogs), clock_(clock), events_(events), steps_(steps) {}
+
+    // `exePath` is the program's own path; `installFolder` the per-user
+    // install folder; `sharedData` where the shipped data lies (its files
+    // are copied into AppPath when missing). Returns false when the
+    // program is to end (the disclaimer was not accepted).
+    bool Main(const std::string& commandLine, const std::string& exePath, const std::string& installFolder,
+              const std::string& sharedData);
+    void InitGlobals(const std::string& exePath, const std::string& installFolder);
+    // The exit sequence; EndProcess is its last step.
+    void ExitSequence();
+
+    // The version numbers joined by ".".
+    int VersionMajor = 0, VersionMinor = 1;
+
+private:
+    // Runs one step under the start-up handler.
+    template <typename F>
+    void Step(F&& f);
+    void ReportStartupError(int code, int systemError);
+
+    Globals& g_;
+    Registry& reg_;
+    Dialogs& dialogs_;
+    Clock& clock_;
+    Events& events_;
+    StartupSteps& steps_;
+    bool exited_ = false;
+};
+
+// Copies the shipped data files (recursively) that the install folder does
+// not have yet; a user's own edited files are never overwritten.
+void ProvisionInstallFolder(const std::string& sharedData, const std::string& appPath);
+
+}  // namespace ombra
