@@ -126,6 +126,7 @@ bool Startup::Main(const std::string& commandLine, const std::string& exePath, c
                    const std::string& sharedData) {
     exited_ = false;
     CommandLine cmd;
+    bool splashShown = false;
     Step([&] {
         steps_.SaveSystemPalette();
         g_.CurrentTool = 0;
@@ -135,7 +136,7 @@ bool Startup::Main(const std::string& commandLine, const std::string& exePath, c
     Step([&] {
         cmd = ParseCommandLine(commandLine);
         if (!cmd.NoSplash) {
-            steps_.ShowSplash();
+            splashShown = steps_.ShowSplash();
             g_.StartupStage = "Splash Screen";
         }
     });
@@ -193,7 +194,7 @@ bool Startup::Main(const std::string& commandLine, const std::string& exePath, c
     // The pause keeps the splash screen readable; with no splash there is
     // nothing to read and the navigator is not kept waiting.
     Step([&] {
-        if (!cmd.NoSplash) clock_.Sleep(2500);
+        if (splashShown) clock_.Sleep(2500);
     });
     Step([&] {
         steps_.CreateMainWindow("Vestrane " + g_.ProductName);
@@ -218,7 +219,7 @@ bool Startup::Main(const std::string& commandLine, const std::string& exePath, c
     });
     Step([&] {
         steps_.ShowMainWindow();
-        if (!cmd.NoSplash) steps_.CloseSplash();
+        if (splashShown) steps_.CloseSplash();
     });
     Step([&] {
         int colours = steps_.DisplayColours();

@@ -69,7 +69,8 @@ public:
     virtual ~StartupSteps() = default;
     virtual void SaveSystemPalette() = 0;
     virtual void RestoreSystemPalette() = 0;
-    virtual void ShowSplash() = 0;
+    // True when a splash screen is on show.
+    virtual bool ShowSplash() = 0;
     virtual void CloseSplash() = 0;
     // Step 5, module settings in this order.
     virtual void LoadCommsSettings() = 0;

@@ -7,6 +7,7 @@
 //
 //   LatLong p{-12.0 * 3600.0, 50.0 * 3600.0};   // 50°N 12°W
 #pragma once
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 

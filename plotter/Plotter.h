@@ -1,0 +1,119 @@
+// Plotter: the one context object. It owns every module and service
+// reference, implements the steps of the tick (TickSteps) and of start-up
+// and shutdown (StartupSteps) by calling the modules, and is the one place
+// where modules are wired together. A test builds a Plotter over fake
+// services and a recording shell and drives it; the program builds it over
+// Qt services and the main window.
+//
+// Steps whose modules are not part of the plotter yet do nothing here, each
+// in its own function below, so that wiring a module is one edit in one
+// place.
+#pragma once
+#include <memory>
+#include <string>
+
+#include "core/ErrorReport.h"
+#include "core/Options.h"
+#include "core/MainLoop.h"
+#include "core/Registry.h"
+#include "core/Startup.h"
+#include "core/Units.h"
+#include "plotter/Shell.h"
+#include "platform/api/Clock.h"
+#include "platform/api/Dialogs.h"
+#include "platform/api/SettingsBackend.h"
+
+namespace ombra {
+
+struct PlotterServices {
+    SettingsBackend& settings;
+    Dialogs& dialogs;
+    Clock& clock;
+    Events& events;
+    Shell& shell;
+};
+
+class Plotter : public TickSteps, public StartupSteps {
+public:
+    explicit Plotter(PlotterServices services);
+    ~Plotter() override;
+
+    // Runs the entry sequence; false when the program is to end at once.
+    bool Start(const std::string& commandLine, const std::string& exePath, const std::string& installFolder,
+               const std::string& sharedData);
+    // The main window's close: placement, then the exit sequence.
+    void Close(int windowState, double left, double top, double width, double height);
+    // One tick of the 100 ms timer.
+    void Tick() { loop.MainTimer_Timer(); }
+    // The Options dialog's confirm, with its values.
+    void ApplyOptions(const OptionsValues& values);
+
+    PlotterServices services;
+    Globals globals;
+    Registry registry;
+    ErrorReporter errors;
+    Units units;
+    MainLoop loop;
+    Startup startup;
+    bool exited = false;
+
+    // TickSteps
+    TickFlags Flags() override;
+    bool ReadGPSPort() override;
+    void ReadGyroPort() override;
+    void ReadAISPort() override;
+    void AisTimeout(double seconds) override;
+    void ReadARPAPort() override;
+    void PollTrackingFile() override;
+    bool UpdateVesselPos() override;
+    bool VesselActive() override;
+    void UpdateTargetConsoles() override;
+    void NmeaOutput(bool newFix) override;
+    void AutoscrollCheck() override;
+    void ShowClock(const std::string& text) override;
+
+    // StartupSteps
+    void SaveSystemPalette() override;
+    void RestoreSystemPalette() override;
+    bool ShowSplash() override;
+    void CloseSplash() override;
+    void LoadCommsSettings() override;
+    void LoadDisplaySettings() override;
+    void LoadUnitsConsoleAndOverlays() override;
+    void LoadChartFolders() override;
+    void LoadNavObjects() override;
+    void LoadVesselSettings() override;
+    void LoadWaypoints() override;
+    void ApplyPaletteMode(int16_t mode) override;
+    void ReadLastFileDataStamp() override;
+    void ReadBoatOutline(const std::string& path) override;
+    void InitialiseData() override;
+    void InitialiseControls() override;
+    void CreateMainWindow(const std::string& caption) override;
+    void ApplyWindowState(int state) override;
+    void ApplyWindowRect(double left, double top, double width, double height) override;
+    void BuildMenus() override;
+    void InitRunMenu(bool ebblineInstalled, bool galelineInstalled) override;
+    void LoadCommsForms() override;
+    void ShowMainWindow() override;
+    int DisplayColours() override;
+    void ShowColourWarning() override;
+    void SelectCommandRoute(const std::string& route) override;
+    std::string ShowDisclaimer(const std::string& title, const std::string& text) override;
+    void OpenChartAt(double lat, double lon) override;
+    void StartGPS() override;
+    void OpenChartNumber(const std::string& number) override;
+    void EnableMainTimer() override;
+    void ActivateCommandRoute(const std::string& route) override;
+    void EndCurrentTool() override;
+    void StopGPS() override;
+    void CloseStores() override;
+    void CloseChart() override;
+    void EndProcess() override;
+
+    // Display settings read at start-up.
+    DisplayOptions display;
+    int16_t PaletteMode = 0;
+};
+
+}  // namespace ombra

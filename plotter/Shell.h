@@ -1,0 +1,31 @@
+// Shell: what the plotter asks of its window. The Qt main window implements
+// it in the program; tests use a recording shell. Nothing here names a
+// toolkit type, so the whole start-up and tick run without a window.
+#pragma once
+#include <string>
+
+namespace ombra {
+
+class Shell {
+public:
+    virtual ~Shell() = default;
+    virtual bool ShowSplash() = 0;  // false when none is shown
+    virtual void CloseSplash() = 0;
+    virtual void CreateMainWindow(const std::string& caption) = 0;
+    virtual void ApplyWindowState(int state) = 0;  // 0 normal, 1 minimised, 2 maximised
+    virtual void ApplyWindowRect(double left, double top, double width, double height) = 0;
+    virtual void BuildMenus() = 0;
+    virtual void InitRunMenu(bool ebbline, bool galeline) = 0;
+    virtual void LoadCommsForms() = 0;
+    virtual void ShowMainWindow() = 0;
+    virtual int DisplayColours() = 0;  // -1 above 256
+    virtual void ShowColourWarning() = 0;
+    virtual std::string ShowDisclaimer(const std::string& title, const std::string& text) = 0;
+    virtual void EnableMainTimer() = 0;
+    virtual void EndProcess() = 0;
+    // The information line: panel 1 messages and prompts, 2 the age line,
+    // 3 the GPS status, 4 the chart's depth units, 5 the clock.
+    virtual void SetInfoPanel(int panel, const std::string& text) = 0;
+};
+
+}  // namespace ombra

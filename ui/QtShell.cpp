@@ -1,0 +1,113 @@
+#include "ui/QtShell.h"
+
+#include <QApplication>
+#include <QScreen>
+
+#include "plotter/Plotter.h"
+#include "platform/qt/QtServices.h"
+#include "ui/FrmDisclaimer.h"
+#include "ui/FrmMain.h"
+#include "ui/FrmOptions.h"
+
+namespace ombra {
+
+QtShell::QtShell(QtDialogs& dialogs, bool unattended) : dialogs_(dialogs), unattended_(unattended) {}
+
+QtShell::~QtShell() = default;
+
+bool QtShell::ShowSplash() {
+    if (unattended_) return false;
+    splash_ = std::make_unique<FrmSplash>(Q(plotter_->globals.ProductName), Q(plotter_->globals.VersionText));
+    if (QScreen* s = QGuiApplication::primaryScreen()) splash_->move(s->geometry().center() - splash_->rect().center());
+    splash_->show();
+    splash_->repaint();
+    QCoreApplication::processEvents();
+    return true;
+}
+
+void QtShell::CloseSplash() {
+    if (splash_) splash_->hide();
+    splash_.reset();
+}
+
+void QtShell::CreateMainWindow(const std::string& caption) {
+    main_ = std::make_unique<FrmMain>(*plotter_);
+    main_->setWindowTitle(Q(caption));
+    dialogs_.SetParent(main_.get());
+}
+
+void QtShell::ApplyWindowState(int state) { windowState_ = state; }
+
+void QtShell::ApplyWindowRect(double left, double top, double width, double height) {
+    if (!main_ || width < 100 || height < 100) return;
+    main_->setGeometry(int(left), int(top), int(width), int(height));
+    hasRect_ = true;
+}
+
+void QtShell::BuildMenus() {
+    if (!main_) return;
+    main_->BuildMenus();
+    main_->Bind("MOptions", [this] { RunOptions(); });
+}
+
+void QtShell::InitRunMenu(bool ebbline, bool galeline) {
+    if (main_) main_->InitRunMenu(ebbline, galeline);
+}
+
+void QtShell::LoadCommsForms() {}
+
+void QtShell::ShowMainWindow() {
+    if (!main_) return;
+    if (unattended_) {
+        // An unattended run shows a fixed, known window for its picture.
+        main_->resize(1280, 800);
+        main_->showNormal();
+        return;
+    }
+    if (windowState_ == 2) main_->showMaximized();
+    else if (windowState_ == 1) main_->showMinimized();
+    else main_->showNormal();
+}
+
+int QtShell::DisplayColours() {
+    QScreen* s = QGuiApplication::primaryScreen();
+    int depth = s ? s->depth() : 32;
+    return depth > 8 ? -1 : (1 << depth);
+}
+
+void QtShell::ShowColourWarning() {
+    if (unattended_) return;
+    FrmWarning w(main_.get(), Q(plotter_->globals.ProductName));
+    w.exec();
+}
+
+std::string QtShell::ShowDisclaimer(const std::string& title, const std::string& text) {
+    if (unattended_) return "Accept";
+    FrmDisclaimer d(main_.get(), Q(title), Q(text));
+    d.exec();
+    return S(d.Reply());
+}
+
+void QtShell::EnableMainTimer() {
+    if (main_) main_->MainTimer.start();
+}
+
+void QtShell::EndProcess() {
+    ended_ = true;
+    if (main_) main_->MainTimer.stop();
+    QCoreApplication::quit();
+}
+
+void QtShell::SetInfoPanel(int panel, const std::string& text) {
+    if (main_) main_->SetInfoPanel(panel, Q(text));
+}
+
+void QtShell::RunOptions() {
+    plotter_->EndCurrentTool();
+    OptionsValues v = LoadOptions(plotter_->registry, plotter_->units);
+    FrmOptions dlg(main_.get(), v);
+    dlg.exec();
+    if (dlg.Result() != "Cancel") plotter_->ApplyOptions(dlg.Values());
+}
+
+}  // namespace ombra

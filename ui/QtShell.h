@@ -1,0 +1,56 @@
+// QtShell: the plotter's window side in the program. It creates FrmMain
+// when start-up asks for it, shows the splash, the disclaimer and the
+// colour warning, runs MainTimer, and binds the menu commands to the
+// plotter. In an unattended run (--screenshot) every question answers its
+// default and the disclaimer is accepted.
+#pragma once
+#include <memory>
+
+#include "plotter/Shell.h"
+
+namespace ombra {
+
+class FrmMain;
+class FrmSplash;
+class Plotter;
+class QtDialogs;
+
+class QtShell : public Shell {
+public:
+    QtShell(QtDialogs& dialogs, bool unattended);
+    ~QtShell() override;
+    void SetPlotter(Plotter* plotter) { plotter_ = plotter; }
+    FrmMain* Main() const { return main_.get(); }
+    bool Ended() const { return ended_; }
+
+    bool ShowSplash() override;
+    void CloseSplash() override;
+    void CreateMainWindow(const std::string& caption) override;
+    void ApplyWindowState(int state) override;
+    void ApplyWindowRect(double left, double top, double width, double height) override;
+    void BuildMenus() override;
+    void InitRunMenu(bool ebbline, bool galeline) override;
+    void LoadCommsForms() override;
+    void ShowMainWindow() override;
+    int DisplayColours() override;
+    void ShowColourWarning() override;
+    std::string ShowDisclaimer(const std::string& title, const std::string& text) override;
+    void EnableMainTimer() override;
+    void EndProcess() override;
+    void SetInfoPanel(int panel, const std::string& text) override;
+
+    // The Options command: end any tool, fill the dialog, run it, save.
+    void RunOptions();
+
+private:
+    QtDialogs& dialogs_;
+    bool unattended_;
+    Plotter* plotter_ = nullptr;
+    std::unique_ptr<FrmMain> main_;
+    std::unique_ptr<FrmSplash> splash_;
+    int windowState_ = 2;
+    bool hasRect_ = false;
+    bool ended_ = false;
+};
+
+}  // namespace ombra
