@@ -72,3 +72,10 @@ TEST(Paths, ReadWholeFileSaysWhyItFailed) {
     EXPECT_NE(err.find("No such file"), std::string::npos);
     EXPECT_FALSE(ReadWholeFile(d.path(), &err));  // a folder is not a file
 }
+
+// The logic and the command-line tool stand without any window library.
+TEST(Build, TheCommandLineToolLinksNoQt) {
+    test::RunResult r = test::Run({"ldd", test::CliPath()});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(r.out.find("libQt"), std::string::npos) << r.out;
+}
