@@ -1,0 +1,123 @@
+// Comm: which port carries what, when ports open and close, and how one
+// line read from a port becomes one sentence for the decoders.
+//
+// Four inputs: GPS (which also takes headings and AIS when the settings
+// say so), gyro, AIS and ARPA; output goes out on the GPS port. Every read
+// procedure runs once a tick and drains its port, pumping events once per
+// sentence; a position sentence ends the GPS read early so that the vessel
+// moves on every fix.
+//
+// Framing on the GPS port, in order:
+//   "$" and longer than 8 characters    NMEA: checksum test when Checksums
+//                                       is on; then, with the vessel in a
+//                                       mode, routed by the three letters
+//                                       at positions 4-6 (talker ignored);
+//                                       with the vessel off, only a
+//                                       Magellan "$PMGNCSM" reply is kept
+//   "!" and longer than 8 characters    AIS: "AIVDO" is our own transponder
+//                                       (a position when NMEA_AIVDO);
+//                                       "AIVDM" goes to the AIS decoder when
+//                                       AIS shares this port
+//   anything else                       dropped without a word
+//
+// Failures: a sentence failing any test is dropped silently; a port that
+// cannot be opened gets one warning box naming the input and the vessel
+// mode stays as it was.
+//
+//   comm.StartGPS();               // opens the ports, vessel -> Connecting
+//   bool newFix = comm.ReadGPSPort();
+#pragma once
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "instruments/CommSettings.h"
+#include "instruments/InstrumentHooks.h"
+#include "instruments/NmeaDecoder.h"
+
+namespace ombra {
+
+class Comms;
+class Clock;
+class Events;
+class ErrorReporter;
+
+// The vessel as the intake sees it: its mode, and the way to change it.
+class VesselModeControl {
+public:
+    virtual ~VesselModeControl() = default;
+    virtual int16_t VesselMode() = 0;
+    virtual void SetVesselMode(int16_t mode) = 0;
+};
+
+class Comm {
+public:
+    Comm(Comms& comms, CommSettings& settings, NmeaDecoder& decoder, VesselModeControl& vessel, InstrumentHooks& hooks,
+         Clock& clock, Events& events, ErrorReporter& errors)
+        : comms_(comms), settings_(settings), decoder_(decoder), vessel_(vessel), hooks_(hooks), clock_(clock),
+          events_(events), errors_(errors) {}
+
+    bool StartGPS();
+    void StopGPS();
+
+    bool OpenGPSPort();
+    bool OpenAISPort();
+    bool OpenARPAPort();
+    bool OpenGyroPort();
+    // Closes the GPS port, with the Magellan sign-off first when WPMode is 2.
+    void CloseGPSPort();
+
+    bool ReadGPSPort();
+    void ReadGyroPort();
+    void ReadAISPort();
+    void ReadARPAPort();
+
+    // One line as the GPS port delivers it. True when it was a position
+    // sentence; `outcome` (if given) tells what the decoders made of it.
+    bool HandleGPSSentence(const std::string& s, DecodeOutcome* outcome = nullptr);
+
+    // Writes text on the GPS port, opening it first when asked to.
+    void SendToPort(const std::string& text, bool openIfClosed = false);
+
+    // The Magellan link handshake (WPMode 2). HandshakeOn is true once the
+    // GPS answered with the checksum of what was sent.
+    bool MagellanHandshakeOn();
+    void MagellanHandshakeOff();
+
+    // The port tester (FrmCommTest): TestPort and TestBaudRate are set by
+    // a dialog's "Test Port Settings"; the window opens, polls and closes.
+    bool OpenTestPort();
+    std::vector<std::string> ReadTestPort();
+    void CloseTestPort();
+
+    std::string CommsReply;
+    int16_t TestPort = 0;
+    bool TestPortOpen = false;
+    int32_t TestBaudRate = 4800;
+
+    CommSettings& Settings() { return settings_; }
+    Comms& Ports() { return comms_; }
+
+    static constexpr int16_t ReadLength = 255;
+
+private:
+    bool OpenInput(int16_t port, int32_t baud, const char* name, CommDialog dialog, const char* checkName);
+    bool ReadLine(int16_t port, std::string& line);
+    bool PassesChecksum(const std::string& s) const;
+    // Waits up to `seconds` with events running, reading the GPS port for a
+    // handshake reply; true when one came.
+    bool WaitReply(double seconds);
+    void SendMagellan(const std::string& command);
+
+    Comms& comms_;
+    CommSettings& settings_;
+    NmeaDecoder& decoder_;
+    VesselModeControl& vessel_;
+    InstrumentHooks& hooks_;
+    Clock& clock_;
+    Events& events_;
+    ErrorReporter& errors_;
+    bool arpaOpen_ = false, gyroOpen_ = false, aisOpen_ = false;
+};
+
+}  // namespace ombra
