@@ -1,0 +1,194 @@
+#include "navmath/Deviation.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <system_error>
+
+#include "core/ErrorReport.h"
+#include "core/Fault.h"
+#include "core/Paths.h"
+#include "core/Rounding.h"
+#include "core/TextRecord.h"
+#include "core/Val.h"
+
+namespace ombra {
+
+namespace {
+constexpr const char* kFileName = "deviate.dat";
+// A card is a few hundred bytes; a file much larger is not one.
+constexpr uintmax_t kMaxFileBytes = 1 << 16;
+}  // namespace
+
+float DeviationFor(const DeviationCard& table, float heading) {
+    if (std::isnan(heading)) return 0.0f;
+    float h = heading;
+    if (h < 0.0f || h > 360.0f) {
+        h = std::fmod(h, 360.0f);
+        if (h < 0.0f) h += 360.0f;
+    }
+    const int i = int(RoundEven(h / 10.0f));             // the entry: a rounding, not a truncation
+    const double f = (int(RoundEven(h)) % 10) / 10.0;    // the units of the whole heading
+    const float difference = i >= 35 ? table[0] - table[size_t(i)] : table[size_t(i) + 1] - table[size_t(i)];
+    return float(difference * f + table[size_t(i)]);
+}
+
+int32_t MagneticCourse(double trueCourse, float variation) {
+    const double whole = RoundEven(trueCourse - variation + 360.0);
+    if (!std::isfinite(whole)) return 0;
+    const double m = std::fmod(whole, 360.0);
+    return int32_t(m < 0 ? m + 360.0 : m);
+}
+
+const char* CourseMark(int16_t mode) {
+    switch (mode) {
+        case int16_t(CourseMode::Magnetic): return "°M";
+        case int16_t(CourseMode::Compass): return "°C";
+        default: return "°T";
+    }
+}
+
+Deviation::Deviation(std::string dataPath, ErrorReporter& errors) : dataPath_(std::move(dataPath)), errors_(errors) {}
+
+std::string Deviation::FilePath() const {
+    return dataPath_.empty() ? std::string(kFileName) : WithTrailingSlash(dataPath_) + kFileName;
+}
+
+double Deviation::CourseInMode(double trueCourse, int16_t mode, float variation) const {
+    if (mode == int16_t(CourseMode::True)) return trueCourse;
+    const int32_t magnetic = MagneticCourse(trueCourse, variation);
+    if (mode == int16_t(CourseMode::Magnetic)) return magnetic;
+    return magnetic + double(DeviationFor(float(magnetic)));
+}
+
+std::string Deviation::CardText(const DeviationCard& table) {
+    TextRecordWriter w;
+    for (float v : table) w.Num(v).EndLine();
+    return w.Text();
+}
+
+bool Deviation::ReadDeviateDat() {
+    const std::string path = FilePath();
+    DeviationCard card{};
+    if (!FileExists(path)) {
+        DeviationTable = card;
+        return true;
+    }
+    size_t filled = 0;
+    try {
+        std::error_code ec;
+        if (std::filesystem::file_size(ResolvePath(path), ec) > kMaxFileBytes && !ec)
+            throw Fault(faults::TypeMismatch, "not a deviation card (too large)");
+        std::string why;
+        const auto text = ReadWholeFile(path, &why);
+        if (!text) throw Fault(faults::PathFileAccess, FaultDescription(faults::PathFileAccess) + " (" + why + ")");
+        TextRecordReader r(*text);
+        for (; filled < card.size(); ++filled) {
+            const int line = r.Line();
+            const std::string value = r.ReadString();
+            if (!IsNumeric(value))
+                throw Fault(faults::TypeMismatch,
+                            FaultDescription(faults::TypeMismatch) + " (line " + std::to_string(line) + ")");
+            const double v = Val(value);
+            if (!(std::fabs(v) <= 3.4e38))
+                throw Fault(faults::Overflow, FaultDescription(faults::Overflow) + " (line " + std::to_string(line) + ")");
+            card[filled] = float(v);
+        }
+    } catch (...) {
+        // Keep what was read before the damage, so the card is not lost.
+        DeviationTable = card;
+        errors_.ReportError("ReadDeviateDat", std::string(kFileName) + ": " + ErrorReporter::CurrentFaultDescription());
+        return false;
+    }
+    DeviationTable = card;
+    return true;
+}
+
+bool Deviation::SaveDeviateDat() {
+    std::string why;
+    if (SaveFileAtomic(FilePath(), CardText(DeviationTable), &why)) return true;
+    errors_.ReportError("SaveDeviateDat", std::string(kFileName) + ": " + why);
+    return false;
+}
+
+// ---- The curve ---------------------------------------------------------
+
+namespace {
+constexpr int kMarginLeft = 44, kMarginRight = 18, kMarginTop = 26, kMarginBottom = 36;
+}
+
+int DeviationCurveLayout::X(double heading) const {
+    return plot.left + int(std::lround(heading / 360.0 * (plot.right - plot.left)));
+}
+
+int DeviationCurveLayout::Y(double deviation) const {
+    const double half = (plot.bottom - plot.top) / 2.0;
+    return zeroY - int(std::lround(deviation / fullScale * half));
+}
+
+DeviationCurveLayout LayoutDeviationCurve(const DeviationCard& table, int width, int height) {
+    DeviationCurveLayout L;
+    L.plot = {kMarginLeft, kMarginTop, std::max(kMarginLeft + 36, width - kMarginRight),
+              std::max(kMarginTop + 20, height - kMarginBottom)};
+    L.zeroY = (L.plot.top + L.plot.bottom) / 2;
+    float largest = 0.0f;
+    for (float v : table)
+        if (std::isfinite(v)) largest = std::max(largest, std::fabs(v));
+    L.fullScale = std::max(1.0f, std::ceil(std::min(largest, 180.0f)));
+
+    std::vector<double> px, py;
+    for (int i = 0; i < kDeviationEntries; ++i) {
+        const float v = std::isfinite(table[size_t(i)]) ? std::clamp(table[size_t(i)], -L.fullScale, L.fullScale) : 0.0f;
+        L.points.push_back({L.X(i * 10.0), L.Y(v)});
+        px.push_back(L.points.back().x);
+        py.push_back(L.points.back().y);
+    }
+    // A Catmull-Rom spline through the entries as cubic Bezier spans: the
+    // control points of span i-(i+1) lie a sixth of the neighbours' chord
+    // away from each end, so the curve passes through every entry with a
+    // continuous tangent. The ends take their own point as the missing
+    // neighbour.
+    auto at = [&](const std::vector<double>& v, int i) { return v[size_t(std::clamp(i, 0, kDeviationEntries - 1))]; };
+    auto pixel = [](double x, double y) { return ChartPoint{int(std::lround(x)), int(std::lround(y))}; };
+    L.bezier.push_back(L.points[0]);
+    for (int i = 0; i + 1 < kDeviationEntries; ++i) {
+        L.bezier.push_back(pixel(at(px, i) + (at(px, i + 1) - at(px, i - 1)) / 6.0,
+                                 at(py, i) + (at(py, i + 1) - at(py, i - 1)) / 6.0));
+        L.bezier.push_back(pixel(at(px, i + 1) - (at(px, i + 2) - at(px, i)) / 6.0,
+                                 at(py, i + 1) - (at(py, i + 2) - at(py, i)) / 6.0));
+        L.bezier.push_back(L.points[size_t(i) + 1]);
+    }
+    return L;
+}
+
+void DrawDeviationCurve(Canvas& device, const DeviationCard& table) {
+    const DeviationCurveLayout L = LayoutDeviationCurve(table, device.Width(), device.Height());
+    const std::string degree = "°";
+    const int th = device.TextHeight();
+
+    device.FillRect({0, 0, device.Width(), device.Height()}, MakeRgb(255, 255, 255));
+    device.SetTextColour(MakeRgb(0, 0, 0));
+    // Axes: the heading along the zero line, the deviation up the left.
+    device.SetPen({MakeRgb(0, 0, 0), 1, PenStyle::Solid});
+    device.Line({L.plot.left, L.plot.top}, {L.plot.left, L.plot.bottom});
+    device.Line({L.plot.left, L.zeroY}, {L.plot.right, L.zeroY});
+    device.Line({L.plot.left - 3, L.plot.top}, {L.plot.left + 3, L.plot.top});
+    device.Line({L.plot.left - 3, L.plot.bottom}, {L.plot.left + 3, L.plot.bottom});
+    device.SetPen({MakeRgb(160, 160, 160), 1, PenStyle::Dot});
+    for (int h = 90; h <= 360; h += 90) device.Line({L.X(h), L.plot.top}, {L.X(h), L.plot.bottom});
+
+    auto textCentred = [&](int x, int y, const std::string& s) { device.Text({x - device.TextWidth(s) / 2, y}, s); };
+    auto textRight = [&](int x, int y, const std::string& s) { device.Text({x - device.TextWidth(s), y}, s); };
+    for (int h = 90; h <= 360; h += 90) textCentred(L.X(h), L.plot.bottom + 3, std::to_string(h) + degree);
+    textRight(L.plot.left - 5, L.zeroY - th / 2, "0");
+    const std::string scale = NumberText(L.fullScale) + degree;
+    textRight(L.plot.left - 5, L.plot.top - th / 2, scale);
+    textRight(L.plot.left - 5, L.plot.bottom - th / 2, "-" + scale);
+    device.Text({L.plot.left + 6, std::max(2, L.plot.top - th - 6)}, "Deviation");
+    textCentred((L.plot.left + L.plot.right) / 2, device.Height() - th - 3, "Heading");
+
+    device.SetPen({MakeRgb(200, 0, 0), 2, PenStyle::Solid});
+    device.PolyBezier(L.bezier);
+}
+
+}  // namespace ombra

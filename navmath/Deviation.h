@@ -1,0 +1,110 @@
+// Deviation: the vessel's compass deviation card, and a course in its three
+// forms (true, magnetic, compass).
+//
+// The card. One correction for every 10 degrees of magnetic heading, 37
+// entries (0°, 10°, ... 360°) of 32-bit floats; entry 36 stands for 360° and
+// may be set apart from entry 0. Degrees, WEST POSITIVE, as the card's
+// form asks ("enter + for W or - for E"): compass = magnetic + deviation.
+//
+// Between entries the correction follows a saw-tooth, not a straight line:
+// the entry is picked by ROUNDING the heading to tens (ties to even), and
+// the fraction is the units digit of the whole heading over ten. So from
+// 5° on the blend starts from the entry above and runs on towards the one
+// after it:
+//     h = 344  ->  t[34] + 0.4 (t[35] - t[34])
+//     h = 346  ->  t[35] + 0.6 (t[0]  - t[35])    (35 and 36 blend towards 0)
+//     h = 355  ->  t[36] + 0.5 (t[0]  - t[36])    (35.5 rounds to even 36)
+// Compasses have been corrected by this card for years; it is kept as is.
+//
+// A course in its forms: true; magnetic = true - variation (east positive)
+// + 360, as a whole number modulo 360, marked "°M"; compass = magnetic +
+// DeviationFor(magnetic), marked "°C"; true is marked "°T". Example, with
+// variation 4.5° W (-4.5) and a card giving +2 at 300°: true 295.6 ->
+// magnetic round(660.1) mod 360 = 300 °M -> compass 302 °C.
+//
+// The file "deviate.dat" (in the user's data folder): 37 lines of one number
+// each, in card order, CR LF. A missing file leaves the card at zero; a
+// damaged one keeps what was read before the damage and is reported.
+#pragma once
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/Types.h"
+#include "platform/api/Canvas.h"
+
+namespace ombra {
+
+class ErrorReporter;
+
+constexpr int kDeviationEntries = 37;
+using DeviationCard = std::array<float, kDeviationEntries>;
+
+// The correction for magnetic heading `heading` (degrees) by the card's
+// saw-tooth. A heading outside 0..360 is first brought into 0..360; a NaN
+// heading has no deviation.
+float DeviationFor(const DeviationCard& table, float heading);
+
+// The magnetic form of a true course: (course - variation + 360) rounded to
+// a whole number (ties to even), modulo 360.
+int32_t MagneticCourse(double trueCourse, float variation);
+
+// The course modes of the settings UnitsAngle and UnitsVesselAngle.
+enum class CourseMode : int16_t { True = 0, Magnetic = 1, Compass = 2 };
+// "°T", "°M" or "°C"; an unknown mode is true.
+const char* CourseMark(int16_t mode);
+
+class Deviation {
+public:
+    // `dataPath`: the folder of "deviate.dat", in the program's form or
+    // native. `errors` reports a damaged or unwritable file.
+    Deviation(std::string dataPath, ErrorReporter& errors);
+
+    // The card in use.
+    DeviationCard DeviationTable{};
+
+    // Reads the card at start-up. A missing file leaves it at zero and is
+    // not an error; a damaged file keeps the entries before the damage, the
+    // rest zero, and is reported under "ReadDeviateDat". False on damage.
+    bool ReadDeviateDat();
+    // Writes the whole card, atomically. False (reported under
+    // "SaveDeviateDat") when it cannot be written; the old file then stands.
+    bool SaveDeviateDat();
+
+    float DeviationFor(float heading) const { return ombra::DeviationFor(DeviationTable, heading); }
+    // The course shown in a mode: true as given, magnetic by MagneticCourse,
+    // compass = magnetic + deviation at that magnetic course.
+    double CourseInMode(double trueCourse, int16_t mode, float variation) const;
+
+    std::string FilePath() const;
+    // The text of the file for a card.
+    static std::string CardText(const DeviationCard& table);
+
+private:
+    std::string dataPath_;
+    ErrorReporter& errors_;
+};
+
+// The deviation curve of the card form, laid out for a canvas of a size:
+// heading 0..360 along x, deviation up the y axis (west up), symmetric
+// about the zero line, full scale the largest deviation rounded up to a
+// whole degree (at least 1).
+struct DeviationCurveLayout {
+    PixelRect plot;                   // the area of the axes
+    int zeroY = 0;                    // the zero line
+    float fullScale = 1.0f;           // degrees at the top (and, negated, the bottom)
+    std::vector<ChartPoint> points;   // the 37 entries
+    std::vector<ChartPoint> bezier;   // PolyBezier's points: the first entry, then 3 a span
+    int X(double heading) const;      // pixel of a heading
+    int Y(double deviation) const;    // pixel of a deviation
+};
+
+DeviationCurveLayout LayoutDeviationCurve(const DeviationCard& table, int width, int height);
+
+// Draws the card: axes with "0", "90°", "180°", "270°", "360°", the titles
+// "Deviation" and "Heading", the scale in "°", and the curve through the 37
+// entries by PolyBezier.
+void DrawDeviationCurve(Canvas& device, const DeviationCard& table);
+
+}  // namespace ombra
