@@ -28,7 +28,7 @@
 //
 //   NmeaDecoder d(settings, clock, errors);
 //   d.Decode("GGA", "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47\r\n");
-//   d.Fix.Status == 1, d.Fix.Pos.Lat == 173242.28, d.Fix.Pos.Long == 41460.0
+//   d.Fix.Status == 1, d.Fix.Pos.Lat == 173222.28, d.Fix.Pos.Long == 41460.0
 #pragma once
 #include <cstdint>
 #include <string>

@@ -18,7 +18,7 @@
 //
 // Positions: "ddmm.mmm" / "dddmm.mmm" become seconds of arc, negated for
 // an upper-case "S" or "W" only:
-//   NmeaLatLong("4807.038", "N") == 48*3600 + 7.038*60 == 173242.28
+//   NmeaLatLong("4807.038", "N") == 48*3600 + 7.038*60 == 173222.28
 #pragma once
 #include <cstdint>
 #include <string>
