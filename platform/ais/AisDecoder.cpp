@@ -22,7 +22,8 @@ void AisDecoder::DecodeAIS(std::string_view sentence) {
     if (status == AisReader::Status::Rejected) ++counts_.rejected;
     if (status != AisReader::Status::Message) return;
     ++counts_.messages;
-    if (DecodeAisMessage(payload_.bits, payload_.own, message_) != AisRefusal::None) {
+    lastRefusal_ = DecodeAisMessage(payload_.bits, payload_.own, message_);
+    if (lastRefusal_ != AisRefusal::None) {
         ++counts_.refused;
         return;
     }

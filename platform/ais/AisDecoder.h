@@ -85,7 +85,10 @@ public:
         size_t sentences = 0, rejected = 0, messages = 0, refused = 0;
     };
     const Counts& counts() const { return counts_; }
+    // Why the last sentence was turned away, and why the last whole message
+    // was not decoded (None when it was).
     AisReject LastReject() const { return reader_.LastReject(); }
+    AisRefusal LastRefusal() const { return lastRefusal_; }
 
 private:
     struct Slot {
@@ -110,6 +113,7 @@ private:
     bool ownKnown_ = false;
     bool ownFresh_ = false;
     Counts counts_;
+    AisRefusal lastRefusal_ = AisRefusal::None;
 };
 
 }  // namespace ombra
