@@ -60,6 +60,7 @@ std::string TextRecordReader::NextField() {
         throw Fault(faults::InputPastEnd, "Input past end of file (line " + std::to_string(line_) + ")");
     }
     std::string out;
+    lastLine_ = line_;
     if (s_[pos_] == '"') {
         lastQuoted_ = true;
         ++pos_;
@@ -82,6 +83,7 @@ std::string TextRecordReader::NextField() {
         while (pos_ < s_.size() && s_[pos_] != ',' && s_[pos_] != '\r' && s_[pos_] != '\n') ++pos_;
         out = Trim(s_.substr(b, pos_ - b));
     }
+    lastEndedLine_ = !(pos_ < s_.size() && s_[pos_] == ',');
     if (pos_ < s_.size() && s_[pos_] == ',') {
         ++pos_;
     } else if (pos_ < s_.size()) {

@@ -64,6 +64,12 @@ public:
     bool LastWasQuoted() const { return lastQuoted_; }
     // 1-based line of the next value to be read.
     int Line() const { return line_; }
+    // Where the last value read stood: its line, and whether a line end
+    // (or the end of the text) came right after it rather than a comma.
+    // Readers of line-shaped records use them to tell a short or long
+    // line from a record that merely continues.
+    int LastLine() const { return lastLine_; }
+    bool LastEndedLine() const { return lastEndedLine_; }
 
 private:
     std::string NextField();
@@ -72,6 +78,8 @@ private:
     size_t pos_ = 0;
     int line_ = 1;
     bool lastQuoted_ = false;
+    int lastLine_ = 0;
+    bool lastEndedLine_ = false;
 };
 
 }  // namespace ombra

@@ -1,0 +1,147 @@
+#include "tests/navobjects/NavFixture.h"
+
+#include <cmath>
+
+#include "core/Format.h"
+#include "navmath/RLGC.h"
+
+namespace ombra::test {
+
+ChartPoint FakeChart::Pixel(const LatLong& p) const {
+    return {int(std::lround((p.Long - originLong) / scale)), int(std::lround((originLat - p.Lat) / scale))};
+}
+
+void FakeChart::PrepareNavPoint(NavPoint& p) {
+    ++prepares;
+    int16_t n = PanelCount();
+    p.InPlan.assign(size_t(n), 0);
+    p.Pixel.assign(size_t(n), ChartPoint{});
+    p.Local = LatLong{p.Wgs84.Long + 3.0, p.Wgs84.Lat - 2.0};  // a chart datum 3" east, 2" south
+    bool inInset = inset && p.Wgs84.Long >= insetMin.Long && p.Wgs84.Long <= insetMax.Long && p.Wgs84.Lat >= insetMin.Lat &&
+                   p.Wgs84.Lat <= insetMax.Lat;
+    if (inInset) {
+        // The inset sits at chart pixels from (5000, 0), four times the detail.
+        p.InPlan[1] = 1;
+        p.Pixel[1] = {5000 + int(std::lround((p.Wgs84.Long - insetMin.Long) / (scale / 4))),
+                        int(std::lround((insetMax.Lat - p.Wgs84.Lat) / (scale / 4)))};
+    } else {
+        p.InPlan[0] = 1;
+        p.Pixel[0] = Pixel(p.Wgs84);
+    }
+}
+
+bool FakeChart::ScreenToPosition(ChartPoint s, LatLong& out) {
+    if (!open) return false;
+    out = LatLong{originLong + (s.x + viewX) * scale, originLat - (s.y + viewY) * scale};
+    return true;
+}
+
+void FakeChart::Piece(Canvas& c, const NavPoint& from, const NavPoint& to, const std::string& label) {
+    // One panel that holds both ends draws the leg; the label sits at its middle.
+    for (size_t p = 0; p < from.InPlan.size() && p < to.InPlan.size(); ++p) {
+        if (!from.InPlan[p] || !to.InPlan[p]) continue;
+        ChartPoint a = ToScreen(from.Pixel[p]), b = ToScreen(to.Pixel[p]);
+        c.Line(a, b);
+        if (!label.empty()) c.Text({(a.x + b.x) / 2, (a.y + b.y) / 2}, label);
+        return;
+    }
+}
+
+void FakeChart::DrawRhumbLine(Canvas& c, const NavPoint& from, const NavPoint& to, bool labelWanted, int16_t courseMode,
+                              double variation) {
+    double course, dist;
+    CourseDistanceRL(from.Wgs84, to.Wgs84, course, dist);
+    std::string label;
+    if (labelWanted) {
+        if (courseMode == 1) label = Format(std::fmod(std::trunc(course - variation + 360.0), 360.0), "000") + " °M ";
+        else label = Format(course, "000") + " °T ";
+        label += Format(dist, "0.000") + " NM RL";
+    }
+    legs.push_back({"RL", from.Wgs84, to.Wgs84, label, labelWanted});
+    Piece(c, from, to, label);
+}
+
+void FakeChart::DrawPlainRhumbLine(Canvas& c, const NavPoint& from, const NavPoint& to, const std::string& label) {
+    legs.push_back({"Plain", from.Wgs84, to.Wgs84, label, !label.empty()});
+    Piece(c, from, to, label);
+}
+
+void FakeChart::DrawGreatCircle(Canvas& c, const NavPoint& from, const NavPoint& to, double, double,
+                                const std::string& label) {
+    legs.push_back({"GC", from.Wgs84, to.Wgs84, label, !label.empty()});
+    Piece(c, from, to, label);
+}
+
+bool FakeChart::HitLeg(const NavPoint& from, const NavPoint& to, bool, ChartPoint s, float tolerance) {
+    for (size_t p = 0; p < from.InPlan.size() && p < to.InPlan.size(); ++p) {
+        if (!from.InPlan[p] || !to.InPlan[p]) continue;
+        ChartPoint a = ToScreen(from.Pixel[p]), b = ToScreen(to.Pixel[p]);
+        double dx = b.x - a.x, dy = b.y - a.y, len2 = dx * dx + dy * dy;
+        if (len2 == 0) return false;
+        double t = std::clamp(((s.x - a.x) * dx + (s.y - a.y) * dy) / len2, 0.0, 1.0);
+        return std::hypot(a.x + t * dx - s.x, a.y + t * dy - s.y) <= tolerance;
+    }
+    return false;
+}
+
+int ScriptedHost::TwoChoice(const std::string& title, const std::string& text, const std::string& a,
+                            const std::string& b) {
+    asked.push_back({"TwoChoice", title, text, {a, b}});
+    if (twoChoices.empty()) return 0;
+    int r = twoChoices.front();
+    twoChoices.pop_front();
+    return r;
+}
+
+int ScriptedHost::ListPick(const std::string& title, const std::vector<std::string>& items, const std::string& button) {
+    asked.push_back({"List", title, button, items});
+    if (listPicks.empty()) return -1;
+    int r = listPicks.front();
+    listPicks.pop_front();
+    return r;
+}
+
+bool ScriptedHost::WaypointDialog(WaypointDialogRequest& r) {
+    asked.push_back({"WaypointDialog", r.Caption, r.DbLabel + " " + r.DbName, {}});
+    return waypointDialog ? waypointDialog(r) : false;
+}
+
+std::string ScriptedHost::ChooseFolder(const std::string& title, const std::string& prompt) {
+    asked.push_back({"Folder", title, prompt, {}});
+    if (folders.empty()) return "";
+    std::string r = folders.front();
+    folders.pop_front();
+    return r;
+}
+
+std::string ScriptedHost::ChooseFile(const std::string& title, const std::string& prompt, const std::string& filterName,
+                                     const std::string& pattern) {
+    asked.push_back({"File", title, prompt, {filterName, pattern}});
+    if (files.empty()) return "";
+    std::string r = files.front();
+    files.pop_front();
+    return r;
+}
+
+bool ScriptedHost::ShowAttachment(const std::string& path) {
+    asked.push_back({"Attachment", path, "", {}});
+    return attachmentLoads;
+}
+
+std::vector<std::string> NavWorld::Messages() const {
+    std::vector<std::string> out;
+    for (const auto& a : dialogs.asked)
+        if (a.kind == "MsgBox") out.push_back(a.text);
+    return out;
+}
+
+std::vector<std::string> NavWorld::Errors() const {
+    std::vector<std::string> out;
+    for (const auto& a : dialogs.asked)
+        if (a.kind == "MsgBox" && a.text.rfind("Error in '", 0) == 0) out.push_back(a.text);
+    return out;
+}
+
+std::string NavData(const std::string& rel) { return ReadFile(std::string(OMBRA_TEST_DATA) + "/navobjects/" + rel); }
+
+}  // namespace ombra::test

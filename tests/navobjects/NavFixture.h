@@ -1,0 +1,150 @@
+// The world the navigation-object tests run in: fake platform services, a
+// plain linear chart view standing in for the chart engine, and a host
+// whose windows answer from a script and record what they were asked.
+#pragma once
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/ErrorReport.h"
+#include "core/Registry.h"
+#include "core/Startup.h"
+#include "core/Units.h"
+#include "navobjects/NavChart.h"
+#include "navobjects/NavHost.h"
+#include "navobjects/NavStore.h"
+#include "platform/fake/ManualClock.h"
+#include "platform/fake/MemorySettings.h"
+#include "platform/fake/ScriptedDialogs.h"
+#include "tests/support/TestSupport.h"
+
+namespace ombra::test {
+
+// A chart of two panels on a plain plate carrée: panel 0 covers the whole
+// world at `scale` seconds of arc a pixel from (originLong, originLat) at
+// its top-left; panel 1, an inset, covers a box of its own at four times
+// the detail and lies over panel 0. The view shows chart pixels one to one,
+// shifted by (viewX, viewY).
+class FakeChart : public NavChart {
+public:
+    bool open = true;
+    double originLong = -6.0 * 3600, originLat = 51.0 * 3600, scale = 6.0;  // 10 pixels a minute
+    bool inset = false;
+    LatLong insetMin{-5.0 * 3600, 50.0 * 3600}, insetMax{-4.5 * 3600, 50.25 * 3600};
+    int viewX = 0, viewY = 0;
+    int16_t labelOverride = 0;
+    bool iconsOff = false;
+    int redraws = 0;
+    int prepares = 0;
+    std::vector<LatLong> centred;
+
+    struct Leg {
+        std::string kind;  // "RL", "Plain", "GC"
+        LatLong from, to;
+        std::string label;
+        bool labelWanted = false;
+    };
+    std::vector<Leg> legs;
+
+    bool ChartOpen() override { return open; }
+    void PrepareNavPoint(NavPoint& p) override;
+    int16_t PanelCount() override { return inset ? 2 : 1; }
+    ChartPoint ToScreen(ChartPoint c) override { return {c.x - viewX, c.y - viewY}; }
+    double ScreenPixelsPerNM(int16_t panel) override { return panel == 1 ? 40.0 : 10.0; }
+    bool ScreenToPosition(ChartPoint screen, LatLong& wgs84) override;
+    void DrawRhumbLine(Canvas& c, const NavPoint& from, const NavPoint& to, bool labelWanted, int16_t courseMode,
+                       double variation) override;
+    void DrawPlainRhumbLine(Canvas& c, const NavPoint& from, const NavPoint& to, const std::string& label) override;
+    void DrawGreatCircle(Canvas& c, const NavPoint& from, const NavPoint& to, double course, double distance,
+                         const std::string& label) override;
+    bool HitLeg(const NavPoint& from, const NavPoint& to, bool greatCircle, ChartPoint screen, float tolerance) override;
+    void CentreOn(const LatLong& p) override { centred.push_back(p); }
+    bool CanZoom() override { return open; }
+    void Redraw() override { ++redraws; }
+    Rgb LabelColour() override { return MakeRgb(0, 0, 0); }
+    int16_t LabelOverride() override { return labelOverride; }
+    bool RouteIconsOff() override { return iconsOff; }
+
+    // Panel 0's pixel of a position.
+    ChartPoint Pixel(const LatLong& p) const;
+
+private:
+    void Piece(Canvas& c, const NavPoint& from, const NavPoint& to, const std::string& label);
+};
+
+class ScriptedHost : public NavHost {
+public:
+    std::deque<int> twoChoices;                 // 1, 2 or 0
+    std::deque<int> listPicks;                  // row or -1
+    std::deque<std::string> folders, files;     // chooser answers ("" cancels)
+    // Answers FrmWayPoint: edits the request and says OK (true) or Cancel.
+    std::function<bool(WaypointDialogRequest&)> waypointDialog;
+    bool attachmentLoads = true;
+    float variation = 0.0f;
+    bool vesselActive = false;
+    LatLong vesselPos;
+
+    struct Asked {
+        std::string kind, title, text;
+        std::vector<std::string> items;
+    };
+    std::vector<Asked> asked;
+    std::vector<std::string> status;
+    int menuRefreshes = 0, listRefreshes = 0, legChanges = 0;
+    std::vector<ChartPoint> cursorAt;
+
+    int TwoChoice(const std::string& title, const std::string& text, const std::string& a, const std::string& b) override;
+    int ListPick(const std::string& title, const std::vector<std::string>& items, const std::string& button) override;
+    bool WaypointDialog(WaypointDialogRequest& r) override;
+    std::string ChooseFolder(const std::string& title, const std::string& prompt) override;
+    std::string ChooseFile(const std::string& title, const std::string& prompt, const std::string& filterName,
+                           const std::string& pattern) override;
+    bool ShowAttachment(const std::string& path) override;
+    void SetStatus(const std::string& text) override { status.push_back(text); }
+    void MenuCaptionsChanged() override { ++menuRefreshes; }
+    void ListsChanged() override { ++listRefreshes; }
+    void SetCursorAt(ChartPoint p) override { cursorAt.push_back(p); }
+    float Variation(const LatLong&) override { return variation; }
+    bool VesselActive() override { return vesselActive; }
+    LatLong VesselPos() override { return vesselPos; }
+    void ActiveLegChanged() override { ++legChanges; }
+};
+
+// Everything a store is built with, over a temporary user data root.
+struct NavWorld {
+    TempDir dir;
+    MemorySettings settings;
+    ScriptedDialogs dialogs;
+    ManualClock clock;
+    NoEvents events;
+    Globals globals;
+    Registry reg{settings, globals.ProductName};
+    ErrorReporter errors{dialogs, globals.ProductName};
+    Units units;
+    FakeChart chart;
+    ScriptedHost host;
+    NavContext ctx{reg, dialogs, errors, units, clock, events, chart, host, globals};
+
+    NavWorld() {
+        globals.UserDataPath = dir.path() + "/";
+        globals.VersionText = "0.1";
+    }
+    std::string Path(const std::string& rel) const { return dir.path() + "/" + rel; }
+    // The texts of every message box so far, and of the error reports.
+    std::vector<std::string> Messages() const;
+    std::vector<std::string> Errors() const;
+};
+
+// A position from degrees and minutes, as the tests write them.
+inline LatLong DM(int latDeg, double latMin, int lonDeg, double lonMin) {
+    double lat = (std::abs(latDeg) * 60.0 + latMin) * 60.0 * (latDeg < 0 ? -1 : 1);
+    double lon = (std::abs(lonDeg) * 60.0 + lonMin) * 60.0 * (lonDeg < 0 ? -1 : 1);
+    return LatLong{lon, lat};
+}
+
+// A file of the test data, read whole.
+std::string NavData(const std::string& rel);
+
+}  // namespace ombra::test
