@@ -108,7 +108,7 @@ AisReader::Status AisReader::Feed(std::string_view sentence, double now, AisPayl
         return p.own == f.own && p.sequence == f.sequence && p.channel == f.channel;
     });
     bool mineWentStale = false;
-    if (mine != pending_.end() && (f.number == 1 || stale(*mine))) {
+    if (mine != pending_.end() && f.count > 1 && (f.number == 1 || stale(*mine))) {
         mineWentStale = f.number != 1;
         pending_.erase(mine);  // a new first part replaces what was pending
     }

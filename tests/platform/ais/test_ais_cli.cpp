@@ -6,6 +6,7 @@
 #include <cmath>
 #include <sstream>
 
+#include "tests/platform/ais/AisDamagedCases.h"
 #include "tests/platform/ais/JsonLite.h"
 #include "tests/support/TestSupport.h"
 
@@ -137,6 +138,36 @@ TEST(AisCli, TargetTableOfTheCorpus) {
     EXPECT_EQ(r.out.find("EVER DIADEM"), std::string::npos);
     EXPECT_NE(r.out.find("  MMSI: 003669702\n  Type: Base station\n"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("  Name: CHINA ROSE MURPHY EXPRES\n  Type: Cardinal Mark N\n"), std::string::npos);
+}
+
+TEST(AisCliDamaged, CommandLinePrintsNothingForAnyCase) {
+    for (const Case& c : ReadCases()) {
+        if (c.reason == "stale") continue;
+        std::string input;
+        for (const auto& line : c.lines) input += line + "\n";
+        const RunResult r = test::Run({CliPath(), "ais", "-"}, input);
+        EXPECT_EQ(r.exitCode, 0) << c.what;
+        EXPECT_EQ(r.out, "") << c.what;
+    }
+}
+
+TEST(AisCliDamaged, BinaryNoiseNeitherCrashesNorMakesTargets) {
+    // Lines of every byte value, some shaped like sentences.
+    std::string noise;
+    uint32_t x = 12345;
+    for (int line = 0; line < 400; ++line) {
+        noise += line % 3 ? "!AIVDM,1,1,,A," : "";
+        const int len = int(x % 90);
+        for (int k = 0; k < len; ++k) {
+            x = x * 1103515245u + 12345u;
+            const char c = char(x >> 24);
+            noise.push_back(c == '\n' ? ' ' : c);
+        }
+        noise += "\n";
+    }
+    const RunResult r = test::Run({CliPath(), "ais", "-"}, noise);
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.out, "");
 }
 
 }  // namespace

@@ -4,37 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <sstream>
 
 #include "platform/ais/AisDecoder.h"
 #include "platform/ais/AisJson.h"
 #include "platform/fake/ManualClock.h"
-#include "tests/support/TestSupport.h"
+#include "tests/platform/ais/AisDamagedCases.h"
 
 namespace ombra::test {
 namespace {
-
-struct Case {
-    std::string reason;
-    std::string what;
-    std::vector<std::string> lines;  // sentences, and "wait N"
-};
-
-std::vector<Case> ReadCases() {
-    std::vector<Case> cases;
-    std::istringstream in(ReadFile(std::string(OMBRA_TEST_DATA) + "/ais/damaged.txt"));
-    std::string line;
-    while (std::getline(in, line)) {
-        if (line.empty() || line[0] == '#') continue;
-        if (line.rfind("case ", 0) == 0) {
-            const size_t space = line.find(' ', 5);
-            cases.push_back({line.substr(5, space - 5), line.substr(space + 1), {}});
-        } else if (!cases.empty()) {
-            cases.back().lines.push_back(line);
-        }
-    }
-    return cases;
-}
 
 // What the decoder says of the case's last sentence, in the data file's words.
 std::string Outcome(const AisDecoder& ais, size_t messagesBefore) {
@@ -95,17 +72,6 @@ TEST(AisDamaged, EveryCaseIsTurnedAwayForItsReason) {
     }
 }
 
-TEST(AisDamaged, CommandLinePrintsNothingForAnyCase) {
-    for (const Case& c : ReadCases()) {
-        if (c.reason == "stale") continue;
-        std::string input;
-        for (const auto& line : c.lines) input += line + "\n";
-        const RunResult r = test::Run({CliPath(), "ais", "-"}, input);
-        EXPECT_EQ(r.exitCode, 0) << c.what;
-        EXPECT_EQ(r.out, "") << c.what;
-    }
-}
-
 TEST(AisDamaged, GoodMessageAfterDamageStillDecodes) {
     // Damage must not poison what follows: after every case, a good type 1
     // decodes into a target.
@@ -121,25 +87,6 @@ TEST(AisDamaged, GoodMessageAfterDamageStillDecodes) {
             if (ais.GetAisTarget(i, t) && AisText(t.MMSI) == "371798000") found = true;
         EXPECT_TRUE(found) << c.what;
     }
-}
-
-TEST(AisDamaged, BinaryNoiseNeitherCrashesNorMakesTargets) {
-    // Lines of every byte value, some shaped like sentences.
-    std::string noise;
-    uint32_t x = 12345;
-    for (int line = 0; line < 400; ++line) {
-        noise += line % 3 ? "!AIVDM,1,1,,A," : "";
-        const int len = int(x % 90);
-        for (int k = 0; k < len; ++k) {
-            x = x * 1103515245u + 12345u;
-            const char c = char(x >> 24);
-            noise.push_back(c == '\n' ? ' ' : c);
-        }
-        noise += "\n";
-    }
-    const RunResult r = test::Run({CliPath(), "ais", "-"}, noise);
-    EXPECT_EQ(r.exitCode, 0);
-    EXPECT_EQ(r.out, "");
 }
 
 }  // namespace
