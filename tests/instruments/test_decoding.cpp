@@ -1,0 +1,259 @@
+// NMEA decoding: recorded logs against their expected records (through
+// ombra-cli nmea, as a navigator would run it), the decoders' edge cases,
+// and the ageing of the fix.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <map>
+
+#include "tests/instruments/InstrumentsFixture.h"
+#include "tests/support/TestSupport.h"
+
+using namespace ombra;
+using ombra::test::InstrumentsFixture;
+using ombra::test::Sentence;
+
+namespace {
+
+// A flat JSON object: strings, numbers, booleans. Enough for one line of
+// ombra-cli nmea; anything else fails the parse.
+bool ParseFlat(const std::string& s, std::map<std::string, std::string>& out) {
+    size_t i = 0;
+    auto ws = [&] {
+        while (i < s.size() && (s[i] == ' ' || s[i] == '\r')) ++i;
+    };
+    auto str = [&](std::string& v) {
+        if (i >= s.size() || s[i] != '"') return false;
+        size_t end = s.find('"', i + 1);
+        if (end == std::string::npos) return false;
+        v = "\"" + s.substr(i + 1, end - i - 1);
+        i = end + 1;
+        return true;
+    };
+    ws();
+    if (i >= s.size() || s[i++] != '{') return false;
+    for (;;) {
+        ws();
+        std::string key, value;
+        if (!str(key)) return false;
+        ws();
+        if (i >= s.size() || s[i++] != ':') return false;
+        ws();
+        if (i < s.size() && s[i] == '"') {
+            if (!str(value)) return false;
+        } else {
+            size_t end = s.find_first_of(",}", i);
+            if (end == std::string::npos) return false;
+            value = s.substr(i, end - i);
+            i = end;
+        }
+        out[key.substr(1)] = value;
+        ws();
+        if (i < s.size() && s[i] == ',') {
+            ++i;
+            continue;
+        }
+        return i < s.size() && s[i] == '}';
+    }
+}
+
+void ExpectSameRecord(const std::string& want, const std::string& got) {
+    std::map<std::string, std::string> w, g;
+    ASSERT_TRUE(ParseFlat(want, w)) << want;
+    ASSERT_TRUE(ParseFlat(got, g)) << got;
+    for (const auto& [key, value] : w) {
+        SCOPED_TRACE(key);
+        ASSERT_TRUE(g.count(key)) << got;
+        const std::string& have = g[key];
+        if (value[0] == '"' || value == "true" || value == "false" || value == "null") {
+            EXPECT_EQ(have, value);
+        } else {
+            double a = std::stod(value), b = std::stod(have);
+            EXPECT_NEAR(b, a, 1e-6 * std::max(1.0, std::fabs(a)));
+        }
+    }
+}
+
+}  // namespace
+
+// Every log in tests/data/instruments/nmea against its expected records.
+TEST(DecodingLogs, CliMatchesExpectedRecords) {
+    std::filesystem::path dir = std::string(OMBRA_TEST_DATA) + "/instruments/nmea";
+    int logs = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(dir)) {
+        if (entry.path().extension() != ".nmea") continue;
+        ++logs;
+        SCOPED_TRACE(entry.path().filename().string());
+        auto run = test::Run({test::CliPath(), "nmea", entry.path().string()});
+        ASSERT_EQ(run.exitCode, 0) << run.err;
+        auto got = test::SplitLines(run.out);
+        auto want = test::SplitLines(test::ReadFile(std::filesystem::path(entry.path()).replace_extension(".jsonl").string()));
+        ASSERT_EQ(got.size(), want.size()) << run.out;
+        for (size_t i = 0; i < want.size(); ++i) {
+            SCOPED_TRACE("record " + std::to_string(i + 1));
+            ExpectSameRecord(want[i], got[i]);
+        }
+    }
+    EXPECT_GT(logs, 0);
+}
+
+// Reading from standard input, and a file that cannot be read.
+TEST(DecodingLogs, CliInputs) {
+    auto run = test::Run({test::CliPath(), "nmea", "-"}, Sentence("HEHDT,12.0,T") + "junk\n" + Sentence("HEHDT,13.0,T"));
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(test::SplitLines(run.out).size(), 2u);
+    run = test::Run({test::CliPath(), "nmea", "/nonexistent/file.nmea"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("cannot read"), std::string::npos);
+    EXPECT_EQ(test::Run({test::CliPath(), "nmea"}).exitCode, 2);
+}
+
+TEST(Decoders, GLLForms) {
+    struct Case {
+        const char* sentence;
+        int16_t status;
+        double lat;
+    };
+    const Case cases[] = {
+        {"$GPGLL,4916.45,N,12311.12,W,225444,A*1D\r\n", 1, 49 * 3600.0 + 16.45 * 60.0},
+        {"$GPGLL,4916.45,N,12311.12,W,225444,V*0A\r\n", 0, 0.0},   // status form, void
+        {"$GPGLL,4916.45,N,12311.12,W*31\r\n", 1, 49 * 3600.0 + 16.45 * 60.0},
+        {"$GPGLL,4916.45,N,,W*00\r\n", 0, 0.0},                    // short form, no longitude
+        {"$GPGLL,4916.45,N,12311.12,W,225444,A,A*00\r\n", 1, 49 * 3600.0 + 16.45 * 60.0},  // NMEA 2.3
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.sentence);
+        InstrumentsFixture f;
+        f.Load();
+        f.ins.decoder.DecodeGLL(c.sentence);
+        EXPECT_EQ(f.ins.decoder.Fix.Status, c.status);
+        EXPECT_NEAR(f.ins.decoder.Fix.Pos.Lat, c.lat, 1e-6);
+        EXPECT_TRUE(f.ins.decoder.FixReceiving);
+    }
+}
+
+// GLL without VTG for more than five minutes warns at each fix after that.
+TEST(Decoders, GLLWithoutVTGWarns) {
+    InstrumentsFixture f;
+    f.Load();
+    const std::string gll = "$GPGLL,4916.45,N,12311.12,W,225444,A*1D\r\n";
+    f.ins.decoder.DecodeGLL(gll);
+    f.clock.Advance(300);
+    f.ins.decoder.DecodeGLL(gll);
+    EXPECT_TRUE(f.Messages().empty());
+    f.clock.Advance(1);
+    f.ins.decoder.DecodeGLL(gll);
+    ASSERT_EQ(f.Messages().size(), 1u);
+    EXPECT_EQ(f.Messages()[0], "You are not recieving VTG sentences, your COG and SOG values are not accurate.");
+    EXPECT_EQ(f.dialogs.asked[0].style & 0xF0, mb::Critical);
+    f.ins.decoder.DecodeVTG("$GPVTG,054.7,T,034.4,M,005.5,N,010.2,K*48\r\n");
+    f.clock.Advance(400);
+    f.ins.decoder.DecodeGLL(gll);
+    EXPECT_EQ(f.Messages().size(), 1u);
+}
+
+TEST(Decoders, RMCTakesThePositionOnlyWhenAsked) {
+    InstrumentsFixture f;
+    f.Load();
+    NmeaDecoder& d = f.ins.decoder;
+    d.DecodeRMC("$GPRMC,225446,A,4916.45,N,12311.12,W,000.5,054.7,191194,020.3,E*68\r\n", true);
+    EXPECT_EQ(d.Fix.Status, 1);
+    EXPECT_NEAR(d.Fix.Pos.Long, -(123 * 3600.0 + 11.12 * 60.0), 1e-6);
+    LatLong before = d.Fix.Pos;
+    d.DecodeRMC("$GPRMC,225447,A,,N,,W,000.5,054.7,191194,020.3,E*00\r\n", true);  // empty numbers leave it
+    EXPECT_EQ(d.Fix.Pos, before);
+    d.DecodeRMC("$GPRMC,225448,V,5000.00,N,00100.00,W,,,191194,,*00\r\n", true);
+    EXPECT_EQ(d.Fix.Status, 0);
+    EXPECT_EQ(d.Fix.Pos, before);
+    EXPECT_EQ(d.LastBadTime, 12 * 3600);
+}
+
+TEST(Decoders, GSVFillsTheTable) {
+    InstrumentsFixture f;
+    NmeaDecoder& d = f.ins.decoder;
+    d.DecodeGSV("$GPGSV,3,1,11,03,03,111,00,04,15,270,00,06,01,010,00,13,06,292,00*74\r\n");
+    d.DecodeGSV("$GPGSV,3,3,11,22,42,067,42,24,14,311,43,27,05,244,00,,,,*4D\r\n");
+    EXPECT_EQ(d.Sats.SatsInView, 11);
+    EXPECT_EQ(d.Sats.Sat[3].PRN, 13);
+    EXPECT_EQ(d.Sats.Sat[3].Azimuth, 292);
+    EXPECT_EQ(d.Sats.Sat[8].PRN, 22);
+    EXPECT_EQ(d.Sats.Sat[9].SNR, 43);
+    EXPECT_EQ(d.Sats.Sat[11].PRN, 0);
+    // An empty field keeps the old number; message 4 is ignored.
+    d.DecodeGSV("$GPGSV,3,1,11,03,,111,,04,15,270,00,06,01,010,00,13,06,292,00*00\r\n");
+    EXPECT_EQ(d.Sats.Sat[0].Elevation, 3);
+    d.DecodeGSV("$GPGSV,4,4,14,31,10,100,20*00\r\n");
+    for (const SatRow& r : d.Sats.Sat) EXPECT_NE(r.PRN, 31);
+    d.DecodeGSV("$GPGSV,3,x,11*00\r\n");
+    EXPECT_EQ(d.Sats.SatsInView, 11);
+}
+
+// A number too large for its field is reported once under the decoder's
+// name, and the rest of the sentence is still taken.
+TEST(Decoders, OverflowIsReportedAndDecodingGoesOn) {
+    InstrumentsFixture f;
+    f.Load();
+    f.ins.decoder.DecodeGGA("$GPGGA,123519,4807.038,N,01131.000,E,1,99999,0.9,545.4,M,46.9,M,,*00\r\n");
+    ASSERT_EQ(f.Messages().size(), 1u);
+    EXPECT_EQ(f.Messages()[0], "Error in 'DecodeGGA'\nOverflow");
+    EXPECT_EQ(f.ins.decoder.Fix.Status, 1);
+    EXPECT_DOUBLE_EQ(f.ins.decoder.GGA.HDOP, 0.9);
+    f.ins.decoder.DecodeVTG("$GPVTG,1e9,T,,M,7.5,N*00\r\n");
+    EXPECT_EQ(f.Messages().size(), 2u);
+    EXPECT_FLOAT_EQ(f.ins.decoder.Fix.Speed, 7.5f);
+}
+
+// GetGPSFix with GPSDelay 20: a good fix lasts 20 s of silence; an invalid
+// fix in the last 10 s turns it to 0; then -1, and the caller's record is
+// left as it was on that one call.
+TEST(Decoders, GetGPSFixAges) {
+    InstrumentsFixture f;
+    f.Load();
+    NmeaDecoder& d = f.ins.decoder;
+    GPSFix out;
+    d.GetGPSFix(out);
+    EXPECT_EQ(out.Status, -1);
+
+    d.DecodeGGA(Sentence("GPGGA,120000,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
+    struct Step {
+        double advance;
+        int16_t status;
+    };
+    const Step steps[] = {{0, 1}, {19, 1}, {1, -99}, {1, -1}};
+    for (const Step& s : steps) {
+        f.clock.Advance(s.advance);
+        GPSFix o;
+        o.Status = -99;
+        d.GetGPSFix(o);
+        EXPECT_EQ(o.Status, s.status) << "after " << s.advance;
+    }
+    EXPECT_FALSE(d.FixReceiving);
+
+    // An invalid sentence within half the delay spoils a stale good fix.
+    d.DecodeGGA(Sentence("GPGGA,120100,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
+    f.clock.Advance(15);
+    d.DecodeGGA(Sentence("GPGGA,120115,,,,,0,00,,,M,,M,,"));
+    d.Fix.Status = 1;  // as if a good sentence had come between
+    f.clock.Advance(6);
+    GPSFix o;
+    d.GetGPSFix(o);
+    EXPECT_EQ(o.Status, 0);
+}
+
+// Ages are taken across midnight: a fix just before it is fresh just after.
+TEST(Decoders, GetGPSFixAcrossMidnight) {
+    InstrumentsFixture f;
+    f.Load();
+    f.clock.SetTime(23, 59, 55);
+    f.ins.decoder.DecodeGGA(Sentence("GPGGA,235955,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
+    f.clock.Advance(10);
+    EXPECT_EQ(f.clock.now.hour, 0);
+    GPSFix o;
+    f.ins.decoder.GetGPSFix(o);
+    EXPECT_EQ(o.Status, 1);
+    f.clock.Advance(15);
+    f.ins.decoder.GetGPSFix(o);
+    EXPECT_EQ(o.Status, 1);  // the caller's record as it was: this call found the data run out
+    EXPECT_EQ(f.ins.decoder.Fix.Status, -1);
+}
