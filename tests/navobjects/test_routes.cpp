@@ -1,0 +1,209 @@
+// The route store: the four readers and the writer, and route editing.
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "navmath/RLGC.h"
+#include "navobjects/Routes.h"
+#include "navobjects/Symbols.h"
+#include "platform/fake/RecordingCanvas.h"
+#include "tests/navobjects/NavFixture.h"
+
+namespace ombra::test {
+namespace {
+
+struct RouteStore : ::testing::Test {
+    NavWorld w;
+    SymbolStrips symbols;
+    Routes rt{w.ctx, symbols};
+    void SetUp() override { rt.InitRoutesData(); }
+    std::string FolderFile(const std::string& name) const { return w.Path("Routes/" + name); }
+    void Open(const std::string& dataFile, const std::string& indexName = "Index name") {
+        WriteFile(FolderFile("vst00001.rte"), NavData("routes/" + dataFile));
+        WriteFile(FolderFile("vst00000.rte"), "\"" + indexName + "\",\"vst00001.rte\"\r\n");
+        w.host.listPicks.push_back(0);
+        ASSERT_TRUE(rt.SelectRouteDB());
+    }
+    // A database with one route of `n` points a minute of latitude apart.
+    int16_t MakeRoute(int n) {
+        w.dialogs.texts.push_back("Edits");
+        rt.NewRouteDB();
+        w.dialogs.texts.push_back("R001");
+        int16_t r = rt.NewRoute();
+        for (int i = 0; i < n; ++i) rt.AddRoutePoint(r, DM(50, i, -5, 0));
+        return r;
+    }
+    std::vector<std::string> Names(int16_t r) {
+        std::vector<std::string> out;
+        for (const Waypoint& p : rt.At(r)->Points) out.push_back(p.Name + "#" + std::to_string(p.Number));
+        return out;
+    }
+};
+
+static std::string FormName(StoreForm f) {
+    switch (f) {
+        case StoreForm::NoHeader: return "none";
+        case StoreForm::Old: return "old";
+        case StoreForm::V218: return "2.18";
+        case StoreForm::Current: return "current";
+    }
+    return "?";
+}
+
+TEST_F(RouteStore, EveryFormReads) {
+    std::istringstream cases(NavData("routes/cases.txt"));
+    std::string line;
+    int tried = 0;
+    while (std::getline(cases, line)) {
+        if (line.empty() || line[0] == '#') continue;
+        std::istringstream f(line);
+        std::string file, form, name, flags;
+        int routes = 0, whole = 0, points = 0, colour = 0;
+        f >> file >> form >> name >> routes >> whole >> points >> flags >> colour;
+        SCOPED_TRACE(file);
+        ++tried;
+        std::string dbName = "-";
+        std::vector<Route> list;
+        StoreForm got;
+        ReadOutcome r = ReadRouteFile(NavData("routes/" + file), dbName, list, &got);
+        EXPECT_EQ(FormName(got), form);
+        EXPECT_EQ(dbName, name);
+        EXPECT_EQ(int(list.size()), routes);
+        EXPECT_EQ(r.whole, whole == 1) << r.fault;
+        ASSERT_FALSE(list.empty());
+        EXPECT_EQ(int(list[0].Points.size()), points);
+        std::string seen;
+        for (const RouteLeg& l : list[0].Legs) seen += (seen.empty() ? "" : ",") + std::to_string(l.IsGreatCircle);
+        EXPECT_EQ(seen, flags);
+        EXPECT_EQ(list[0].Colour, colour);
+    }
+    EXPECT_EQ(tried, 5);
+}
+
+TEST_F(RouteStore, A218FileIsResavedInThePresentForm) {
+    Open("v218.rte");
+    EXPECT_EQ(rt.CurrentName, "Channel");
+    ASSERT_EQ(rt.Count(), 3);
+    // Legs are computed, never read: the GC leg by its flag.
+    const Route& r1 = *rt.At(1);
+    double c, d;
+    CourseDistanceGC(r1.Points[1].Position.Wgs84, r1.Points[2].Position.Wgs84, c, d);
+    EXPECT_DOUBLE_EQ(r1.Legs[1].Distance, d);
+    EXPECT_DOUBLE_EQ(r1.Legs[1].Course, c);
+    EXPECT_EQ(r1.Legs[2].Distance, 0.0);
+    ASSERT_TRUE(rt.SaveRouteDB());
+    EXPECT_EQ(ReadFile(FolderFile("vst00001.rte")), NavData("routes/v218-resaved.rte"));
+    EXPECT_TRUE(w.Errors().empty());
+}
+
+TEST_F(RouteStore, ACutFileKeepsTheWholeRoutesBeforeTheFault) {
+    Open("present-cut.rte");
+    EXPECT_EQ(rt.Count(), 1);
+    ASSERT_EQ(w.Errors().size(), 1u);
+    EXPECT_NE(w.Errors()[0].find("Error in 'OpenRouteDB'"), std::string::npos);
+    EXPECT_NE(w.Errors()[0].find("vst00001.rte, line 7."), std::string::npos) << w.Errors()[0];
+    w.dialogs.replies.push_back(mb::No);
+    EXPECT_FALSE(rt.SaveRouteDB());
+    EXPECT_EQ(ReadFile(FolderFile("vst00001.rte")), NavData("routes/present-cut.rte"));
+}
+
+TEST_F(RouteStore, NewRouteNamesAndDropsAnEmptyRoute) {
+    w.dialogs.texts.push_back("Edits");
+    rt.NewRouteDB();
+    w.dialogs.texts.push_back("\x18");
+    EXPECT_EQ(rt.NewRoute(), 0);
+    EXPECT_EQ(w.dialogs.asked.back().title, "Route:  001");
+    EXPECT_EQ(w.dialogs.asked.back().text, "Enter name of new route.");
+    EXPECT_EQ(rt.Count(), 0);
+    w.dialogs.texts.push_back("Night passage");
+    int16_t r = rt.NewRoute();
+    ASSERT_EQ(r, 1);
+    EXPECT_EQ(rt.At(r)->Name, "Night passage");
+    EXPECT_EQ(rt.At(r)->Display, -1);
+    EXPECT_FALSE(rt.At(r)->ShowLegText);
+    rt.EndNewRoute(r);
+    EXPECT_EQ(rt.Count(), 0);
+}
+
+TEST_F(RouteStore, InsertDeleteAndReverseKeepNamesAndLegs) {
+    int16_t r = MakeRoute(3);
+    Route& route = *rt.At(r);
+    route.Points[2].Name = "Bar";                  // typed names stay
+    rt.SwapLegKind(r, 2);                           // leg 2-3 becomes GC
+    ASSERT_EQ(route.Legs[1].IsGreatCircle, -1);
+    // Inserting into leg 2 splits it: the new leg takes its flag.
+    EXPECT_EQ(rt.InsertRoutePoint(r, 2, DM(50, 1.5, -5, 0)), 3);
+    EXPECT_EQ(Names(r), (std::vector<std::string>{"R1.WP1#1", "R1.WP2#2", "R1.WP3#3", "Bar#4"}));
+    EXPECT_EQ(route.Legs[1].IsGreatCircle, -1);
+    EXPECT_EQ(route.Legs[2].IsGreatCircle, -1);
+    EXPECT_NEAR(route.Legs[1].Distance, 0.5, 0.01);
+    EXPECT_NEAR(route.Legs[2].Distance, 0.5, 0.01);
+    EXPECT_NEAR(route.TotalDistance(), 2.0, 0.01);
+    // Deleting point 1 moves the rest down; generated names follow.
+    EXPECT_TRUE(rt.DeleteRoutePoint(r, 1));
+    EXPECT_EQ(Names(r), (std::vector<std::string>{"R1.WP1#1", "R1.WP2#2", "Bar#3"}));
+    EXPECT_EQ(route.PointCount, 3);
+    // Reversing turns points and flags round; legs are computed again.
+    rt.ReverseRoute(r);
+    EXPECT_EQ(Names(r), (std::vector<std::string>{"Bar#1", "R1.WP2#2", "R1.WP1#3"}));
+    EXPECT_EQ(route.Legs[0].IsGreatCircle, -1);
+    EXPECT_EQ(route.Legs[1].IsGreatCircle, -1);
+    EXPECT_NEAR(route.Legs[0].Course, 180.0, 1e-9);
+    // Deleting every point removes the route.
+    for (int i = 0; i < 3; ++i) rt.DeleteRoutePoint(r, 1);
+    EXPECT_EQ(rt.Count(), 0);
+}
+
+TEST_F(RouteStore, OnePointRouteHasOneUnusedLeg) {
+    int16_t r = MakeRoute(1);
+    EXPECT_EQ(rt.At(r)->Legs.size(), 1u);
+    RecordingCanvas c;
+    rt.DrawRoutes(c);
+    EXPECT_TRUE(w.chart.legs.empty());
+    EXPECT_EQ(c.Of("Blit").size(), 1u);
+}
+
+TEST_F(RouteStore, TheActivePointIsGuarded) {
+    int16_t r = MakeRoute(3);
+    rt.ActiveRoute = r;
+    rt.ActivePoint = 2;
+    EXPECT_FALSE(rt.DeleteRoutePoint(r, 2));
+    EXPECT_EQ(w.Messages().back(), "You must de-activate a route point before deleting it.");
+    EXPECT_FALSE(rt.MoveRoutePoint(r, 2));
+    EXPECT_EQ(w.Messages().back(), "An active waypoint cannot be moved.\nYou must de-activate it first.");
+    // A point before it may go: the active index follows its point.
+    EXPECT_TRUE(rt.DeleteRoutePoint(r, 1));
+    EXPECT_EQ(rt.ActivePoint, 1);
+    EXPECT_EQ(rt.At(r)->Points[0].Name, "R1.WP1");
+    EXPECT_TRUE(rt.MoveRoutePoint(r, 2));
+    rt.DropRoutePoint(r, 2, DM(50, 5, -5, 0));
+    EXPECT_NEAR(rt.At(r)->Legs[0].Distance, 4.0, 0.02);
+}
+
+TEST_F(RouteStore, ListsAndLegRows) {
+    int16_t r = MakeRoute(3);
+    w.units.AngleUnit = 1;
+    w.host.variation = -4.0f;
+    rt.At(r)->Points[0].MagVar = -4.0f;
+    rt.AddRoutePoint(r, DM(50, 2, -4, 58));
+    std::vector<RouteLegRow> legs = rt.LegRows(r);
+    ASSERT_EQ(legs.size(), 3u);
+    EXPECT_EQ(legs[0].Leg, "1 - 2");
+    EXPECT_EQ(legs[0].Kind, "RL");
+    EXPECT_EQ(legs[0].Bearing, "004°M");  // 000 true, 4 W variation
+    EXPECT_EQ(legs[0].Range, "1.001 NM");  // a minute of latitude at 50°N on WGS84
+    std::vector<RouteRow> rows = rt.Rows();
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(rows[0].No, "001");
+    EXPECT_EQ(rows[0].Display, "Yes");
+    rt.DisplayRoute(r);
+    EXPECT_EQ(rt.Rows()[0].Display, "No");
+    w.host.listPicks.push_back(0);
+    rt.CentreOnRoute();
+    EXPECT_EQ(w.host.asked.back().items, (std::vector<std::string>{"0001 - R001"}));
+    ASSERT_EQ(w.chart.centred.size(), 1u);
+    EXPECT_EQ(w.chart.centred[0], DM(50, 0, -5, 0));
+}
+
+}  // namespace
+}  // namespace ombra::test
