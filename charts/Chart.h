@@ -1,0 +1,95 @@
+// Chart: opening a chart, and moving to a chart of another scale.
+//
+// NewChart(number) opens the chart of that number:
+//   1. its ".HDR" under the chart root ("Cannot find " and the path when it
+//      is not there; the open chart stays); the catalogue's sub-folder from
+//      "ReadMe.CDV" beside the root
+//   2. the catalogue record, with outlines (nothing opens without one)
+//   3. the chart checks: a wrong issue date answered Yes opens the chart
+//      marked out of date, No stops
+//   4. the header, the plans, the notes
+//   5. the chart library's OpenChart (a refusal leaves the old chart open)
+//   6. pixel size 128, plan outlines in pixels, the low-resolution raster
+//      as the current raster, the setting LastChartNumber, the starting
+//      view (the vessel's pixel when the vessel is active), the raster shown
+// Any fault is reported under "NewChart" and the mouse pointer is normal
+// again.
+//
+// ZoomOutChart and ZoomInChart look up the charts at the view's centre and
+// open the installed one whose scale is the next smaller (out) or larger
+// (in) than the current plan's, keeping the view's centre; when there is
+// none: "There are no charts of a suitable scale curently installed." under
+// "Chart Scale Out" (that title serves both directions).
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "charts/ChartCat.h"
+#include "charts/ChartChecks.h"
+#include "charts/ChartState.h"
+#include "charts/Display.h"
+
+namespace ombra {
+
+class ChartLibrary;
+class Dialogs;
+class ErrorReporter;
+class Registry;
+
+// What the chart details window shows of a plan.
+struct ChartDetails {
+    std::string ChartNumber, Title, PlanTitle, Country, EditionDate, Scale, Datum, DepthUnits, DepthDatum;
+    std::string ShiftLat, ShiftLong, ShiftSource, SpecialWarnings;
+    int16_t Plan = 0, PlanCount = 0;
+};
+
+class Chart {
+public:
+    Chart(ChartLibrary& library, Dialogs& dialogs, ErrorReporter& errors, Registry& registry, const std::string& productName,
+          ChartState& state, ChartCat& cat, ChartChecks& checks, Display& display);
+
+    bool NewChart(const std::string& chartNumber);
+    void ZoomOutChart();
+    void ZoomInChart();
+    // The installed chart at a position with the smallest scale
+    // denominator (the first candidate when none qualifies); opened and
+    // centred on the position. Degrees times 3600.
+    bool OpenChartAt(double latSeconds, double lonSeconds);
+    void CloseChart();
+    void QuickCheck();
+
+    bool ChartIsOpen() const { return state_.IsOpen(); }
+    bool IsShiftData(int16_t plan) const;
+    WGS84Shift GetWGS84(int16_t plan) const;
+    int16_t GetPlanCount() const { return state_.Header.PlanCount; }
+    int16_t GetFirstPlan() const { return state_.Header.FirstPlan; }
+    int16_t GetCurrentPlan() const { return state_.CurrentPlan; }
+    void SetCurrentPlan(int16_t plan) { state_.CurrentPlan = plan; }
+    int16_t GetPixelZoom() const { return display_.PixelSize; }
+    void ResetPixelZoom() { display_.ResetPixelZoom(); }
+    // Whether a chart's files are on this system.
+    bool IsInstalled(const std::string& number) const;
+    ChartDetails Details(int16_t plan) const;
+    // The chart's notes, for the "&Notes" window.
+    std::string NotesText() const;
+
+    std::function<void(bool)> Hourglass;  // the mouse pointer: busy or normal
+    std::function<void()> ChartOpened;    // lists, captions
+
+private:
+    void ZoomChart(bool out);
+    std::string CatalogueSubFolder() const;
+
+    ChartLibrary& lib_;
+    Dialogs& dialogs_;
+    ErrorReporter& errors_;
+    Registry& registry_;
+    const std::string& productName_;
+    ChartState& state_;
+    ChartCat& cat_;
+    ChartChecks& checks_;
+    Display& display_;
+};
+
+}  // namespace ombra

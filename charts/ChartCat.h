@@ -1,0 +1,150 @@
+// ChartCat: the chart catalogue, the index of every chart on this system.
+//
+// It lies in "ChartCat\" under the chart root (in a sub-folder of it when
+// "ReadMe.CDV" beside the root names one at its column 13), and says what
+// the latest issue of each file of a chart should be, holds the outlines of
+// every chart and plan, and answers which charts cover a position.
+//
+//   Chart.PTR   one line a chart: number in columns 1-8, and in the last 8
+//               characters the byte offset (from 0) of its record in Chart.CAT
+//   Chart.CAT   records of 4 lines: the chart's facts in fixed columns; its
+//               outline; pointers to its plans' records in Plan.CAT; the
+//               plans' 9-character references
+//   Plan.CAT    records of 2 lines: the plan's facts; its outline
+//   NE\ NW\ SE\ SW\   grid files, one a whole degree of latitude and
+//               longitude: "50N012W.PTR" lists the charts that reach into
+//               50°N-51°N, 12°W-13°W (see docs/chart-formats.md)
+//
+// Outlines are cells of 17 characters: a latitude "sDDMMmmm" and a
+// longitude "sDDDMMmmm", minutes with thousandths: "+5000000-01200000" is
+// 50°00.000'N 12°00.000'W, in seconds of arc (180000, -43200). Only a
+// leading "-" makes a value negative.
+//
+// Files are opened and closed for each question; nothing is cached, so a
+// catalogue changed by an installation is seen at once. Every reader is
+// bounded by the bytes it finds and never trusts a count or an offset.
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/Types.h"
+
+namespace ombra {
+
+class Dialogs;
+class ErrorReporter;
+
+struct ChartCatPlan {
+    std::string PlanLabel;    // 2
+    std::string ChartNumber;  // 8
+    std::string IssueDate;    // 8: expected issue date of this plan's notes file
+    int16_t PlanNumber = 0;
+    std::string Scale;        // 10
+    std::string Title;        // 100
+    std::vector<LatLong> Outline;
+};
+
+struct ChartCatEntry {
+    int16_t FirstPlan = 0;
+    std::string Country;          // 2
+    std::string ChartNumber;      // 8
+    std::string HeaderIssueDate;  // 8: expected date of ".HDR", ".PAL", plan files
+    std::string EditionDate;      // 8
+    std::string NotesIssueDate;   // 8: expected date of ".N00"
+    std::string IssueDate2;       // 8
+    std::string Code;             // 5
+    std::string Title;            // 100
+    std::string LatestNM;         // 9: notice number (4), year (5)
+    int16_t PlanCount = 0;
+    std::string Scale;            // 10
+    std::string Value2;           // 10
+    int16_t Flag = 0;
+    std::string Date3, Date4;     // 8 each
+    std::vector<LatLong> Outline;
+    std::vector<ChartCatPlan> Plans;  // plans 1 .. PlanCount, as the record lists them
+    std::vector<std::string> PlanNames;
+};
+
+// The outline of plan `plan` in an entry: plan 0 the chart's.
+const std::vector<LatLong>* PlanOutlineOf(const ChartCatEntry& entry, int plan);
+
+// Coordinate cells.
+double ParseLatCell(std::string_view cell8);
+double ParseLonCell(std::string_view cell9);
+std::string FormatLatCell(double seconds);
+std::string FormatLonCell(double seconds);
+std::vector<LatLong> ParseOutlineLine(std::string_view line);
+std::string FormatOutlineLine(const std::vector<LatLong>& outline);
+
+// Parsing the catalogue's lines (no I/O), shared by the reader and the
+// fuzz target.
+void ParseChartCatLine1(std::string_view line, ChartCatEntry& entry);
+void ParsePlanCatLine1(std::string_view line, ChartCatPlan& plan);
+std::vector<int64_t> ParsePlanPointers(std::string_view line3);
+std::vector<std::string> ParsePlanNames(std::string_view line4);
+
+// The grid file of a position: quadrant folder and file name, from the
+// whole degrees: {"NW", "50N012W.PTR"}.
+struct GridCell {
+    std::string Quadrant;
+    std::string FileName;
+    int LatDegrees = 0;   // whole degrees, toward zero
+    int LonDegrees = 0;
+    bool North = true, East = true;
+};
+GridCell GridCellOf(const LatLong& position);
+
+// Row data of the chart manager's list.
+struct ChartManInfo {
+    std::string ChartNumber, Title, Scale, EditionDate, LatestNM;
+    int16_t PlanCount = 0;
+};
+
+class ChartCat {
+public:
+    ChartCat(Dialogs& dialogs, ErrorReporter& errors, const std::string& productName)
+        : dialogs_(dialogs), errors_(errors), productName_(productName) {}
+
+    // The sub-folder of "ChartCat\" that "ReadMe.CDV" names ("" none).
+    void SetSubFolder(const std::string& sub) { sub_ = sub; }
+    const std::string& SubFolder() const { return sub_; }
+    // "ChartCat\" under the root, with the sub-folder.
+    std::string CatalogueFolder(const std::string& root) const;
+
+    // Offset + 1 of the chart's record in Chart.CAT, or 0 (with the
+    // messages of a missing catalogue or chart).
+    int64_t FindChartPointer(const std::string& root, const std::string& chartNumber, bool reportMissing);
+    // Reads the record at `offset` (offset + 1, as FindChartPointer gives
+    // it) with its plans; outlines only when asked.
+    bool ReadChartCatEntry(const std::string& root, int64_t offset, ChartCatEntry& entry, bool wantOutlines);
+    // Columns 148-156 of the chart's record; "" when it has none.
+    std::string GetLatestNM(const std::string& root, const std::string& chartNumber);
+    // The charts whose outline (or a plan's) holds the position; {"None
+    // found"} when none does. Each name is the number in 8 characters, a
+    // blank, the title, ":" and the scale.
+    void ChartSelectFromLL(const std::string& root, const LatLong& position, std::vector<std::string>& names);
+    bool GetChartCatChartManInfo(const std::string& root, const std::string& chartNumber, ChartManInfo& info);
+
+    // The list of FrmChartErrors (texts of charts the catalogue lacks).
+    std::vector<std::string> ChartErrors;
+    std::function<void()> ChartErrorsChanged;
+
+private:
+    Dialogs& dialogs_;
+    ErrorReporter& errors_;
+    const std::string& productName_;
+    std::string sub_;
+};
+
+// The text from column 13 of the first line of "readme.cdv" at `path`.
+std::string ReadCDInfo(const std::string& path);
+
+// The number of a catalogue name ("1234A    TITLE:25000" -> "1234A") and
+// its scale (the text behind the last ":", 999999999 without one).
+std::string NameChartNumber(const std::string& name);
+double NameScale(const std::string& name);
+
+}  // namespace ombra
