@@ -47,10 +47,6 @@ constexpr AisFieldSpec Angle(const char* key, uint16_t start, uint16_t width, do
     f.divisor = perDegree;
     return f;
 }
-constexpr AisFieldSpec Quote(AisFieldSpec f) {
-    f.kind = AisKind::Quoted;
-    return f;
-}
 constexpr AisFieldSpec Txt(const char* key, uint16_t start, uint16_t chars) {
     AisFieldSpec f = U(key, start, chars);
     f.kind = AisKind::Text;
@@ -83,6 +79,10 @@ constexpr AisFieldSpec Data(uint16_t start, uint16_t tailBits) {
     f.kind = AisKind::Hex;
     return f;
 }
+constexpr AisFieldSpec As(AisKind kind, AisFieldSpec f) {
+    f.kind = kind;
+    return f;
+}
 constexpr AisFieldSpec Above(AisFieldSpec f, uint16_t bits) {
     f.onlyAbove = bits;
     return f;
@@ -106,7 +106,7 @@ constexpr const char* kDHm = "%02uT%02u:%02uZ";
 // 163-bit message is read from the bits there are.
 constexpr AisFieldSpec kPositionA[] = {
     Coded("status", 38, 4, AisNavStatusText),
-    [] { AisFieldSpec f = I("turn", 42, 8); f.kind = AisKind::Turn; return f; }(),
+    As(AisKind::Turn, I("turn", 42, 8)),
     Num("speed", 50, 10, 0.1, 1),
     B("accuracy", 60),
     Angle("lon", 61, 28, 600000.0, 7),
@@ -251,7 +251,7 @@ constexpr AisFieldSpec kLinkManagement[] = {
 // Type 21: aid-to-navigation report.
 constexpr AisFieldSpec kAidToNavigation[] = {
     Coded("aid_type", 38, 5, AisAidTypeText),
-    [] { AisFieldSpec f = Txt("name", 43, 20); f.kind = AisKind::AtonName; return f; }(),
+    As(AisKind::AtonName, Txt("name", 43, 20)),
     Angle("lon", 164, 28, 600000.0, 7),
     Angle("lat", 192, 27, 600000.0, 7),
     B("accuracy", 163),
@@ -270,8 +270,8 @@ constexpr AisFieldSpec kChannelHead[] = {
     U("channel_a", 40, 12), U("channel_b", 52, 12), U("txrx", 64, 4), B("power", 68),
 };
 constexpr AisFieldSpec kChannelArea[] = {
-    Quote(Angle("ne_lon", 69, 18, 600.0, 6)), Quote(Angle("ne_lat", 87, 17, 600.0, 6)),
-    Quote(Angle("sw_lon", 104, 18, 600.0, 6)), Quote(Angle("sw_lat", 122, 17, 600.0, 6)),
+    As(AisKind::Quoted, Angle("ne_lon", 69, 18, 600.0, 6)), As(AisKind::Quoted, Angle("ne_lat", 87, 17, 600.0, 6)),
+    As(AisKind::Quoted, Angle("sw_lon", 104, 18, 600.0, 6)), As(AisKind::Quoted, Angle("sw_lat", 122, 17, 600.0, 6)),
 };
 constexpr AisFieldSpec kChannelAddressed[] = {U("dest1", 69, 30), U("dest2", 104, 30)};
 constexpr AisFieldSpec kChannelTail[] = {
@@ -280,8 +280,8 @@ constexpr AisFieldSpec kChannelTail[] = {
 
 // Type 23: group assignment command.
 constexpr AisFieldSpec kGroupAssignment[] = {
-    Quote(Angle("ne_lon", 40, 18, 600.0, 6)), Quote(Angle("ne_lat", 58, 17, 600.0, 6)),
-    Quote(Angle("sw_lon", 75, 18, 600.0, 6)), Quote(Angle("sw_lat", 93, 17, 600.0, 6)),
+    As(AisKind::Quoted, Angle("ne_lon", 40, 18, 600.0, 6)), As(AisKind::Quoted, Angle("ne_lat", 58, 17, 600.0, 6)),
+    As(AisKind::Quoted, Angle("sw_lon", 75, 18, 600.0, 6)), As(AisKind::Quoted, Angle("sw_lat", 93, 17, 600.0, 6)),
     Coded("stationtype", 110, 4, AisStationTypeText),
     Coded("shiptype", 114, 8, AisShipTypeText),
     Hide("txrx", 144, 2),
@@ -327,9 +327,9 @@ constexpr AisFieldSpec kLongRange[] = {
 // DAC 235/250 FI 10: UK and Irish AtoN monitoring; voltages in 0.05 V.
 constexpr AisFieldSpec kAtonMonitoring[] = {
     B("off_pos", 131), B("alarm", 122), U("stat_ext", 123, 8),
-    [] { AisFieldSpec f = Num("ana_int", 88, 10, 0.05, 2); f.kind = AisKind::ScaledIfSet; return f; }(),
-    [] { AisFieldSpec f = Num("ana_ext1", 98, 10, 0.05, 2); f.kind = AisKind::ScaledIfSet; return f; }(),
-    [] { AisFieldSpec f = Num("ana_ext2", 108, 10, 0.05, 2); f.kind = AisKind::ScaledIfSet; return f; }(),
+    As(AisKind::ScaledIfSet, Num("ana_int", 88, 10, 0.05, 2)),
+    As(AisKind::ScaledIfSet, Num("ana_ext1", 98, 10, 0.05, 2)),
+    As(AisKind::ScaledIfSet, Num("ana_ext2", 108, 10, 0.05, 2)),
     Coded("racon", 118, 2, AisRaconText),
     Coded("light", 120, 2, AisLightText),
 };
