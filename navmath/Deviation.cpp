@@ -67,6 +67,26 @@ std::string Deviation::CardText(const DeviationCard& table) {
     return w.Text();
 }
 
+int Deviation::ParseCard(std::string_view text, DeviationCard& card, std::string* error) {
+    card.fill(0.0f);
+    int filled = 0;
+    try {
+        TextRecordReader r(text);
+        for (; filled < kDeviationEntries; ++filled) {
+            const int line = r.Line();
+            const std::string value = r.ReadString();
+            const std::string where = " (line " + std::to_string(line) + ")";
+            if (!IsNumeric(value)) throw Fault(faults::TypeMismatch, FaultDescription(faults::TypeMismatch) + where);
+            const double v = Val(value);
+            if (!(std::fabs(v) <= 3.4e38)) throw Fault(faults::Overflow, FaultDescription(faults::Overflow) + where);
+            card[size_t(filled)] = float(v);
+        }
+    } catch (...) {
+        if (error) *error = ErrorReporter::CurrentFaultDescription();
+    }
+    return filled;
+}
+
 bool Deviation::ReadDeviateDat() {
     const std::string path = FilePath();
     DeviationCard card{};
@@ -74,34 +94,22 @@ bool Deviation::ReadDeviateDat() {
         DeviationTable = card;
         return true;
     }
-    size_t filled = 0;
-    try {
-        std::error_code ec;
-        if (std::filesystem::file_size(ResolvePath(path), ec) > kMaxFileBytes && !ec)
-            throw Fault(faults::TypeMismatch, "not a deviation card (too large)");
-        std::string why;
-        const auto text = ReadWholeFile(path, &why);
-        if (!text) throw Fault(faults::PathFileAccess, FaultDescription(faults::PathFileAccess) + " (" + why + ")");
-        TextRecordReader r(*text);
-        for (; filled < card.size(); ++filled) {
-            const int line = r.Line();
-            const std::string value = r.ReadString();
-            if (!IsNumeric(value))
-                throw Fault(faults::TypeMismatch,
-                            FaultDescription(faults::TypeMismatch) + " (line " + std::to_string(line) + ")");
-            const double v = Val(value);
-            if (!(std::fabs(v) <= 3.4e38))
-                throw Fault(faults::Overflow, FaultDescription(faults::Overflow) + " (line " + std::to_string(line) + ")");
-            card[filled] = float(v);
+    std::string why;
+    std::error_code ec;
+    if (std::filesystem::file_size(ResolvePath(path), ec) > kMaxFileBytes && !ec) {
+        why = "not a deviation card (too large)";
+    } else if (const auto text = ReadWholeFile(path, &why)) {
+        if (ParseCard(*text, card, &why) == kDeviationEntries) {
+            DeviationTable = card;
+            return true;
         }
-    } catch (...) {
-        // Keep what was read before the damage, so the card is not lost.
-        DeviationTable = card;
-        errors_.ReportError("ReadDeviateDat", std::string(kFileName) + ": " + ErrorReporter::CurrentFaultDescription());
-        return false;
+    } else {
+        why = FaultDescription(faults::PathFileAccess) + " (" + why + ")";
     }
+    // Keep what was read before the damage, so the card is not lost.
     DeviationTable = card;
-    return true;
+    errors_.ReportError("ReadDeviateDat", std::string(kFileName) + ": " + why);
+    return false;
 }
 
 bool Deviation::SaveDeviateDat() {

@@ -29,6 +29,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/Types.h"
@@ -80,6 +81,10 @@ public:
     std::string FilePath() const;
     // The text of the file for a card.
     static std::string CardText(const DeviationCard& table);
+    // Reads a card from the text of a file: the entries before the first
+    // damage are filled, the rest zeroed. Returns how many were read (37 for
+    // a whole card); `error` then says what was wrong and on which line.
+    static int ParseCard(std::string_view text, DeviationCard& card, std::string* error = nullptr);
 
 private:
     std::string dataPath_;

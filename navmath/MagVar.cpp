@@ -89,8 +89,12 @@ int ReadCoefficients(const std::string& fileName, int16_t& maxDegree, int16_t& y
     if (size > kMaxFileBytes) return coefficients::BadHeader;
     const auto text = ReadWholeFile(path);
     if (!text) return coefficients::CannotRead;
+    return ParseCoefficients(*text, maxDegree, year, gArray, hArray, radius);
+}
 
-    ValueReader r(*text);
+int ParseCoefficients(std::string_view text, int16_t& maxDegree, int16_t& year, CoefficientsG& gArray,
+                      CoefficientsH& hArray, float* radius) {
+    ValueReader r(text);
     r.SkipLine();
     int16_t degree = 0, epoch = 0;
     float rad = 0.0f;

@@ -41,6 +41,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/Types.h"
 
@@ -77,6 +78,9 @@ constexpr int EndsEarly = -5;      // the file ends before its last coefficient
 // the outputs are not to be used. Never reads past the text it was given.
 int ReadCoefficients(const std::string& fileName, int16_t& maxDegree, int16_t& year, CoefficientsG& gArray,
                      CoefficientsH& hArray, float* radius = nullptr);
+// The same on the text of a file already read.
+int ParseCoefficients(std::string_view text, int16_t& maxDegree, int16_t& year, CoefficientsG& gArray,
+                      CoefficientsH& hArray, float* radius = nullptr);
 
 // A field model for one moment.
 struct MagModel {
