@@ -15,12 +15,15 @@ using namespace ombra;
 
 namespace {
 
+// The application lives to the end of the process and is never destroyed:
+// tearing it down among the exit handlers would pull the keyboard device
+// that the typed keys created out from under Qt's own statics.
 QApplication& App() {
     static int argc = 1;
     static char name[] = "test_frmdeviation";
     static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-    return app;
+    static QApplication* app = new QApplication(argc, argv);
+    return *app;
 }
 
 // Types text key by key, through the box's key filter.
