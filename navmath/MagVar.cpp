@@ -301,10 +301,10 @@ const MagModel* MagVar::ModelFor(double year) {
     return &*cached_;
 }
 
-float MagVar::VariationForYear(const LatLong& position, double year) {
+double MagVar::DeclinationForYear(const LatLong& position, double year) {
     const MagModel* model = ModelFor(year);
-    if (!model || !std::isfinite(position.Lat) || !std::isfinite(position.Long)) return 0.0f;
-    return float(Declination(*model, position.Lat / 3600.0 * kDegToRad, position.Long / 3600.0 * kDegToRad));
+    if (!model || !std::isfinite(position.Lat) || !std::isfinite(position.Long)) return 0.0;
+    return Declination(*model, position.Lat / 3600.0 * kDegToRad, position.Long / 3600.0 * kDegToRad);
 }
 
 void MagVar::MagneticVariation(const LatLong& position, float& result) {

@@ -125,7 +125,9 @@ public:
         return v;
     }
     // The variation for a given (possibly fractional) year, cached per year.
-    float VariationForYear(const LatLong& position, double year);
+    float VariationForYear(const LatLong& position, double year) { return float(DeclinationForYear(position, year)); }
+    // The same before it is narrowed to the 32-bit float the plotter keeps.
+    double DeclinationForYear(const LatLong& position, double year);
 
     // The cached model for `year`, loading it if needed; nullptr when its
     // files cannot be read (the message is shown on the first failure).

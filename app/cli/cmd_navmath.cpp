@@ -165,12 +165,12 @@ int RunMagVar(const CliArgs& args, std::ostream& out, std::ostream& err) {
     StderrDialogs dialogs(err);
     NoClock clock;
     MagVar magVar(dat, clock, dialogs);
-    const float v = magVar.VariationForYear(pos, year);
+    const double v = magVar.DeclinationForYear(pos, year);
     if (dialogs.shown > 0) {
         err << "ombra-cli: coefficient folder: " << dat << "\n";
         return 1;
     }
-    Fixed9(out) << Shown(double(v)) << "\n";
+    Fixed9(out) << Shown(v) << "\n";
     return 0;
 }
 

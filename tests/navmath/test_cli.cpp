@@ -6,7 +6,10 @@
 #include <cmath>
 #include <sstream>
 
+#include "navmath/MagVar.h"
 #include "navmath/RLGC.h"
+#include "platform/fake/ManualClock.h"
+#include "platform/fake/ScriptedDialogs.h"
 #include "tests/support/TestSupport.h"
 
 using namespace ombra;
@@ -76,6 +79,13 @@ TEST(NavmathCli, DeadReckonAndMagVarPrintTheLibraryAnswers) {
     auto later = test::Run({test::CliPath(), "magvar", "--dat", kDat, "-53.16", "-70.91", "1952.5"});
     ASSERT_EQ(later.exitCode, 0);
     EXPECT_NE(later.out, mv.out);
+    // Nine decimals of the library's own value, not of its 32-bit copy.
+    ManualClock clock;
+    ScriptedDialogs dialogs;
+    MagVar lib(kDat, clock, dialogs);
+    auto solent = test::Run({test::CliPath(), "magvar", "--dat", kDat, "50.8", "-1.3", "2027.25"});
+    ASSERT_EQ(Numbers(solent.out).size(), 1u);
+    EXPECT_NEAR(Numbers(solent.out)[0], lib.DeclinationForYear(LatLong{-1.3 * 3600, 50.8 * 3600}, 2027.25), 1e-9);
 }
 
 TEST(NavmathCli, MalformedArgumentsAreRefusedWithExitTwo) {
