@@ -61,6 +61,8 @@ public:
     // `dataPath`: the folder of "deviate.dat", in the program's form or
     // native. `errors` reports a damaged or unwritable file.
     Deviation(std::string dataPath, ErrorReporter& errors);
+    // The folder of "deviate.dat", once the start-up has fixed it.
+    void SetDataPath(std::string dataPath) { dataPath_ = std::move(dataPath); }
 
     // The card in use.
     DeviationCard DeviationTable{};

@@ -219,6 +219,13 @@ double Declination(const MagModel& model, double latitude, double longitude) {
 MagVar::MagVar(std::string datPath, Clock& clock, Dialogs& dialogs)
     : datPath_(std::move(datPath)), clock_(clock), dialogs_(dialogs) {}
 
+void MagVar::SetDatPath(std::string datPath) {
+    datPath_ = std::move(datPath);
+    haveCache_ = false;
+    cachedFailed_ = false;
+    cached_.reset();
+}
+
 std::string MagVar::CoefficientFileName(int epoch) {
     const int yy = ((epoch % 100) + 100) % 100;
     std::string name = epoch == kLastEpoch ? "IGRF" : "DGRF";

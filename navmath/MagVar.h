@@ -106,6 +106,10 @@ public:
     // ("...\dat\") or native. `clock` gives the year; `dialogs` shows the
     // message of a bad file.
     MagVar(std::string datPath, Clock& clock, Dialogs& dialogs);
+    // Points at another folder (once the start-up has fixed AppDatPath);
+    // the cached model is dropped.
+    void SetDatPath(std::string datPath);
+    const std::string& DatPath() const { return datPath_; }
 
     // "DGRF50.DAT" for a definitive epoch, "IGRF25.DAT" for the last.
     static std::string CoefficientFileName(int epoch);

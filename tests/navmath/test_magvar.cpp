@@ -222,10 +222,17 @@ TEST(MagVarModel, OneLoadAYearAndOnlyTheYearCounts) {
     for (int i = 0; i < 100; ++i) EXPECT_EQ(mv.MagneticVariation(solent), january);
     EXPECT_EQ(mv.Loads(), 1);
     EXPECT_TRUE(dialogs.asked.empty());
-    // A new year reads again (and here finds nothing).
+    // A new year reads again (and here finds nothing, once).
     clock.now = DateTime{2027, 1, 1};
     EXPECT_EQ(mv.MagneticVariation(solent), 0.0f);
+    EXPECT_EQ(mv.MagneticVariation(solent), 0.0f);
     EXPECT_EQ(mv.Loads(), 2);
+    EXPECT_EQ(dialogs.asked.size(), 1u);
+    // Another folder drops the cache and reads there.
+    mv.SetDatPath(kShipped);
+    EXPECT_NE(mv.MagneticVariation(solent), 0.0f);
+    EXPECT_EQ(mv.Loads(), 3);
+    dialogs.asked.clear();
     // The variation drifts by a fraction of a degree a year there, not more.
     MagVar fresh(kShipped, clock, dialogs);
     EXPECT_NE(fresh.MagneticVariation(solent), january);
