@@ -359,6 +359,30 @@ void VesselModule::EndOfCycle() {
     e.Guard("UpdateVesselPos", [&] { h.RefreshSatInfo(); });
 }
 
+double VesselModule::ClockNow() const { return c_.clock.Timer(); }
+
+void VesselModule::EnterDR(double courseTrue, double speed) {
+    c_.errors.Guard("EnterDR", [&] {
+        LatLong here = vessel.Pos;
+        double heading = vessel.Heading;
+        if (vessel.Mode == 2 || vessel.Mode == 3 || vessel.Mode == 4) c_.comm.StopGPS();
+        vessel.Pos = here;
+        vessel.Heading = heading;
+        SetVesselMode(1);
+        vessel.DRBase = here;
+        vessel.DRStart = float(c_.clock.Timer());
+        vessel.CourseWater = Fold360(courseTrue);
+        vessel.SpeedWater = speed;
+        double set = 0.0, drift = 0.0;
+        if (c_.hooks.TideAtVessel(set, drift)) {
+            GroundFromWater(set, drift);
+        } else {
+            vessel.COG = vessel.CourseWater;
+            vessel.SOG = vessel.SpeedWater;
+        }
+    });
+}
+
 void VesselModule::CheckLostGPS() {
     if (LostGPSWanted == 1) {
         LostGPSWanted = 0;

@@ -110,6 +110,9 @@ public:
     int16_t ShownDiff = 0;
     int16_t LostGPSWanted = 0;
     int16_t LostGPSShown = 0;
+    // A stream set by hand in the vessel dialog (degrees true, knots), for
+    // the tides work to use where it has no model of its own.
+    double UserTideSet = 0.0, UserTideDrift = 0.0;
 
     // Start-up: the record zeroed and the vessel keys read.
     void LoadVesselSettings();
@@ -127,6 +130,12 @@ public:
     void AutoscrollCheck();
     // The "Course to Steer" command.
     void CourseToSteerCommand();
+    // Dead reckoning from the present position with the user's course
+    // (degrees true) and speed (knots) through the water; from a GPS mode
+    // the GPS is stopped first. COG and SOG follow, with the tide if the
+    // tidal correction is on.
+    void EnterDR(double courseTrue, double speed);
+    double ClockNow() const;
 
     // The console rows that follow from the vessel and the leg (also the
     // leg's distance, bearing and course), and the cursor and tide rows.
