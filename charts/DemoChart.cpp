@@ -25,7 +25,7 @@ constexpr double kMainPixPerDeg = 6000.0;        // 100 pixels a minute of longi
 constexpr double kInsetPixPerDeg = 24000.0;      // four times larger
 constexpr double kIslandRadius = 1.25;           // NM
 constexpr double kBayAngle = -kPi / 4;           // south-east
-constexpr double kBayHalfWidth = 0.42;           // radians either side of the bay's axis
+constexpr double kBayHalfWidth = 0.46;           // radians either side of the bay's axis
 
 // Palette: every entry a distinct colour, so a painted pixel knows its index.
 enum Colour : uint8_t {
@@ -60,29 +60,33 @@ void FromLocal(double e, double n, double& lat, double& lon) {
 double IslandRadius(double theta) {
     double r = kIslandRadius * (1 + 0.16 * std::sin(3 * theta + 0.7) + 0.09 * std::sin(5 * theta + 2.1) + 0.05 * std::sin(8 * theta + 0.3));
     double d = std::remainder(theta - kBayAngle, 2 * kPi);
-    r -= 0.45 * std::exp(-(d / 0.22) * (d / 0.22));
+    r -= 0.34 * std::exp(-(d / 0.36) * (d / 0.36));
     return r;
 }
 
 // Distance from the coast, NM, negative inland (measured along the radius).
 double CoastDistance(double e, double n) { return std::hypot(e, n) - IslandRadius(std::atan2(n, e)); }
 
-double DepthLocal(double e, double n) {
-    double s = CoastDistance(e, n);
+// Depth in metres (negative: drying, or the height of land) and the
+// distance from the coast, in one evaluation.
+double DepthLocal(double e, double n, double& s) {
+    s = CoastDistance(e, n);
     if (s < 0) return -1.0 - 90.0 * (1 - std::exp(s * 2.2));  // land: height as negative depth
-    double d = -1.0 + 30.0 * (1 - std::exp(-s / 0.55)) + 6.0 * s;
+    double d = -1.0 + 12.0 * (1 - std::exp(-s / 0.8)) + 5.5 * s;
     d += 2.5 * std::sin(2.3 * e + 1.1 * n) * std::sin(1.7 * n - 0.6 * e) * std::min(1.0, s / 0.5);
     double re = e - 1.9, rn = n - 1.7;
-    d -= 36.0 * std::exp(-(re * re + rn * rn) / 0.05);
+    d -= 16.0 * std::exp(-(re * re + rn * rn) / 0.12);
     double se = e + 3.2, sn = n + 2.4;  // a bank to the south-west
-    d -= 14.0 * std::exp(-(se * se + sn * sn) / 0.6);
+    d -= 9.0 * std::exp(-(se * se + sn * sn) / 0.8);
     return d;
 }
+double DepthLocal(double e, double n) {
+    double s;
+    return DepthLocal(e, n, s);
+}
 
-Colour Tint(double e, double n) {
-    double s = CoastDistance(e, n);
-    if (s < 0) return -1.0 - 90.0 * (1 - std::exp(s * 2.2)) < -45.0 ? LandHigh : Land;
-    double d = DepthLocal(e, n);
+Colour Tint(double s, double d) {
+    if (s < 0) return d < -45.0 ? LandHigh : Land;
     if (d < 0) return Drying;
     if (d < 2) return T0_2;
     if (d < 5) return T2_5;
@@ -92,9 +96,8 @@ Colour Tint(double e, double n) {
 }
 
 // Contour band: changes between neighbours draw the depth contours.
-int Band(double e, double n) {
-    if (CoastDistance(e, n) < 0) return -2;
-    double d = DepthLocal(e, n);
+int Band(double s, double d) {
+    if (s < 0) return -2;
     const double levels[] = {0, 2, 5, 10, 20, 50};
     int b = 0;
     for (double l : levels)
@@ -199,10 +202,11 @@ void DemoChart::PaintRegion(Image& img, const PlanFrame& f, int x0, int y0, int 
         double lat, lon;
         PlanPosition(f, x0, y0 + y + 0.5, lat, lon);
         for (int x = 0; x < w; ++x) {
-            double e, n;
+            double e, n, s;
             Local(lat, lonOf[size_t(x)], e, n);
-            img.at(x0 + x, y0 + y) = Argb(Tint(e, n));
-            band[size_t(y) * size_t(w) + size_t(x)] = int8_t(Band(e, n));
+            double d = DepthLocal(e, n, s);
+            img.at(x0 + x, y0 + y) = Argb(Tint(s, d));
+            band[size_t(y) * size_t(w) + size_t(x)] = int8_t(Band(s, d));
         }
     }
     // Contours where the band changes; the coast in black.
