@@ -1,0 +1,213 @@
+// The KAP reader on damaged files: a clear message or a correct read,
+// never a crash, and an import that fails leaves nothing behind.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "core/Val.h"
+#include "platform/chartlib/KapReader.h"
+#include "platform/chartlib/OmbraChartLibrary.h"
+#include "tests/platform/chartlib/KapWriter.h"
+#include "tests/support/TestSupport.h"
+
+namespace ombra::test {
+namespace {
+
+using chartlib::KapReader;
+
+struct Damage {
+    std::string action, argument, message;
+};
+
+std::vector<Damage> DamageTable() {
+    std::ifstream f(std::string(OMBRA_TEST_DATA) + "/charts/kap_damage.txt");
+    std::vector<Damage> out;
+    std::string line;
+    while (std::getline(f, line)) {
+        if (line.empty() || line[0] == '#') continue;
+        std::vector<std::string> col;
+        size_t s = 0;
+        while (true) {
+            size_t b = line.find('|', s);
+            col.push_back(Trim(line.substr(s, b == std::string::npos ? std::string::npos : b - s)));
+            if (b == std::string::npos) break;
+            s = b + 1;
+        }
+        col.resize(3);
+        out.push_back({col[0], col[1], col[2]});
+    }
+    return out;
+}
+
+// Every row decoded; the first failure's message, or "" when all read.
+std::string ReadAll(const std::string& bytes, std::vector<uint8_t>* pixels = nullptr) {
+    KapReader r;
+    if (!r.Open(bytes)) return r.Error().empty() ? "(no message)" : r.Error();
+    std::vector<uint8_t> row(size_t(r.Header().Width));
+    for (int y = 0; y < r.Header().Height; ++y) {
+        if (!r.NextRow(row.data())) return r.Error().empty() ? "(no message)" : r.Error();
+        if (pixels) pixels->insert(pixels->end(), row.begin(), row.end());
+    }
+    return "";
+}
+
+std::string Apply(const Damage& d, std::string b) {
+    size_t end = b.find('\x1a');
+    size_t raster = end + 3;
+    auto replaceLine = [&](const std::string& prefix, const std::string& with) {
+        size_t at = b.find(prefix);
+        size_t e = b.find("\r\n", at);
+        b.replace(at, e - at, with);
+    };
+    if (d.action == "cut") {
+        size_t at = 0;
+        if (d.argument == "header_end") at = end;
+        else if (d.argument.rfind("raster+", 0) == 0) at = raster + size_t(Val(d.argument.substr(7)));
+        else if (d.argument.rfind("end-", 0) == 0) at = b.size() - size_t(Val(d.argument.substr(4)));
+        else at = size_t(Val(d.argument));
+        return b.substr(0, at);
+    }
+    if (d.argument.rfind("bits=", 0) == 0) b[end + 2] = char(Val(d.argument.substr(5)));
+    else if (d.argument.rfind("ra=", 0) == 0) {
+        size_t at = b.find("RA=");
+        size_t e = b.find(",DU", at);
+        b.replace(at, e - at, "RA=" + d.argument.substr(3));
+    } else if (d.argument == "no_rgb") {
+        size_t at;
+        while ((at = b.find("RGB/")) != std::string::npos) b[at] = 'X';
+    } else if (d.argument == "no_bsb") {
+        replaceLine("BSB/", "XXX/NA=NONE");
+    } else if (d.argument.rfind("marker=", 0) == 0) {
+        b[raster] = char(Val(d.argument.substr(7)));
+    } else if (d.argument == "index=garbage") {
+        for (size_t i = b.size() - 40; i < b.size() - 4; ++i) b[i] = char(0xEE);
+    } else if (d.argument == "run=huge") {
+        // The first run of row 1 claims millions of pixels: clipped to the row.
+        b.insert(raster + 1, "\x9f\xff\xff\x7f");
+    }
+    return b;
+}
+
+TEST(KapReader, DamagedFilesGiveMessagesNotCrashes) {
+    KapSpec spec;
+    std::string good = WriteKap(spec);
+    std::vector<uint8_t> goodPixels;
+    ASSERT_EQ(ReadAll(good, &goodPixels), "");
+    auto table = DamageTable();
+    ASSERT_GE(table.size(), 10u);
+    for (const Damage& d : table) {
+        SCOPED_TRACE(d.action + " " + d.argument);
+        std::string bad = Apply(d, good);
+        std::vector<uint8_t> pixels;
+        std::string msg = ReadAll(bad, &pixels);
+        if (d.message.empty()) {
+            EXPECT_EQ(msg, "");
+            if (d.argument != "run=huge") {
+                EXPECT_EQ(pixels, goodPixels);
+            }
+        } else {
+            EXPECT_NE(msg.find(d.message), std::string::npos) << msg;
+        }
+    }
+}
+
+TEST(KapReader, EveryTruncationFailsCleanlyOrReadsWhole) {
+    KapSpec spec;
+    spec.Width = 60;
+    spec.Height = 20;
+    std::string good = WriteKap(spec);
+    std::vector<uint8_t> goodPixels;
+    ASSERT_EQ(ReadAll(good, &goodPixels), "");
+    for (size_t cut = 0; cut < good.size(); cut += 7) {
+        std::vector<uint8_t> pixels;
+        std::string msg = ReadAll(good.substr(0, cut), &pixels);
+        if (msg.empty()) {
+            EXPECT_EQ(pixels, goodPixels) << "cut at " << cut;
+        }
+    }
+}
+
+TEST(KapReader, HeaderFieldsAndContinuations) {
+    KapSpec spec;
+    spec.Continuation = true;
+    KapReader r;
+    ASSERT_TRUE(r.Open(WriteKap(spec))) << r.Error();
+    const auto& h = r.Header();
+    EXPECT_EQ(h.Name, "TEST CHART");
+    EXPECT_EQ(h.Number, "7001");
+    EXPECT_EQ(h.Width, 300);
+    EXPECT_EQ(h.Height, 200);
+    EXPECT_EQ(h.Scale, "25000");
+    EXPECT_EQ(h.Datum, "WGS84");
+    EXPECT_EQ(h.Projection, "MERCATOR");
+    EXPECT_EQ(h.DepthUnits, "METERS");  // from the continued KNP line
+    EXPECT_EQ(h.SoundingDatum, "LOWEST ASTRONOMICAL TIDE");
+    EXPECT_EQ(h.EditionDate, "20230615");
+    EXPECT_EQ(h.ColourCount, 15);
+    EXPECT_EQ(h.Refs.size(), 7u);
+    EXPECT_EQ(h.Outline.size(), 4u);
+    EXPECT_TRUE(h.HasDtm);
+    EXPECT_EQ(h.ColourBits, 4);
+    // A title with a comma keeps it; RA= keeps both numbers.
+    EXPECT_EQ(chartlib::KapField("BSB/NA=BAY, NORTH PART,NU=12,RA=10,20,DU=254", "NA"), "BAY, NORTH PART");
+    EXPECT_EQ(chartlib::KapField("BSB/NA=BAY, NORTH PART,NU=12,RA=10,20,DU=254", "RA"), "10,20");
+    EXPECT_EQ(chartlib::KapField("BSB/NA=X,NU=,RA=1,1", "NU"), "");
+}
+
+TEST(KapReader, RowOnePixelShortIsCompletedWithZero) {
+    KapSpec spec;
+    spec.Width = 8;
+    spec.Height = 2;
+    spec.Index = false;
+    spec.Pixel = [](int, int) { return 3; };
+    std::string b = WriteKap(spec);
+    // Each row is a marker, one run byte (colour 3, count 7: eight pixels)
+    // and the end mark; make the runs seven pixels long.
+    size_t raster = b.find('\x1a') + 3;
+    ASSERT_EQ(uint8_t(b[raster + 1]), (3 << 3) | 7);
+    b[raster + 1] = char((3 << 3) | 6);
+    b[raster + 4] = char((3 << 3) | 6);
+    std::vector<uint8_t> px;
+    ASSERT_EQ(ReadAll(b, &px), "");
+    for (int row = 0; row < 2; ++row) {
+        for (int x = 0; x < 7; ++x) EXPECT_EQ(px[size_t(row * 8 + x)], 2);  // colour 3 is index 2
+        EXPECT_EQ(px[size_t(row * 8 + 7)], 0);
+    }
+}
+
+TEST(KapReader, SizeClaimsAreRefusedBeforeAllocation) {
+    KapSpec spec;
+    std::string b = WriteKap(spec);
+    size_t at = b.find("RA=");
+    b.replace(at, b.find(",DU", at) - at, "RA=40000,40000");
+    chartlib::KapLimits small;
+    small.MaxPixels = 1 << 20;
+    KapReader r;
+    EXPECT_FALSE(r.Open(b, small));
+    EXPECT_NE(r.Error().find("more than a chart can have"), std::string::npos);
+}
+
+TEST(KapImport, AFailedImportLeavesNothing) {
+    TempDir dir;
+    KapSpec spec;
+    std::string good = WriteKap(spec);
+    std::string kap = dir / "BAD.KAP";
+    WriteFile(kap, good.substr(0, good.find('\x1a') + 200));
+    chartlib::OmbraChartLibrary lib;
+    ImportedChart chart;
+    std::string why;
+    EXPECT_FALSE(lib.ImportKap(kap, dir / "OUT", chart, why, {}));
+    EXPECT_NE(why.find("truncated"), std::string::npos) << why;
+    int files = 0;
+    for (auto& e : std::filesystem::directory_iterator(dir.path())) files += e.path().filename().string().rfind("OUT", 0) == 0;
+    EXPECT_EQ(files, 0);
+    // A cancelled import says so and leaves nothing either.
+    WriteFile(kap, good);
+    EXPECT_FALSE(lib.ImportKap(kap, dir / "OUT", chart, why, [](double) { return false; }));
+    EXPECT_EQ(why, "The installation was cancelled.");
+    EXPECT_FALSE(std::filesystem::exists(dir / "OUT.CHR"));
+}
+
+}  // namespace
+}  // namespace ombra::test

@@ -1,0 +1,143 @@
+// Tiled rasters: what is written is read back pixel for pixel at every
+// size around the tile edges; damage is found by the checksums; the
+// low-resolution reduction keeps the commonest colour.
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include "platform/chartlib/OmbraChartLibrary.h"
+#include "platform/chartlib/TiledRaster.h"
+#include "tests/support/TestSupport.h"
+
+namespace ombra::test {
+namespace {
+
+using namespace chartlib;
+
+uint8_t Value(uint32_t x, uint32_t y) { return uint8_t((x * 7 + y * 13 + (x / 17) * (y / 11)) % 251); }
+
+void WriteRaster(const TempDir& dir, uint32_t w, uint32_t h, uint32_t tile) {
+    RasterWriter wr(w, h, false, 1, 1, tile);
+    std::vector<uint8_t> row(w);
+    for (uint32_t y = 0; y < h; ++y) {
+        for (uint32_t x = 0; x < w; ++x) row[x] = Value(x, y);
+        wr.AddRow(row.data());
+    }
+    std::string r, i;
+    ASSERT_TRUE(wr.Finish(r, i));
+    WriteFile(dir / "R.CHR", r);
+    WriteFile(dir / "R.CHI", i);
+}
+
+TEST(TiledRaster, RoundTripAtTileEdges) {
+    struct Case {
+        uint32_t w, h, tile;
+    } cases[] = {{1, 1, 256}, {255, 257, 256}, {256, 256, 256}, {257, 1, 256}, {600, 300, 64}, {33, 700, 16}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.w) + "x" + std::to_string(c.h));
+        TempDir dir;
+        WriteRaster(dir, c.w, c.h, c.tile);
+        TiledRaster t;
+        std::string why;
+        ASSERT_TRUE(t.Open(dir / "R.CHI", dir / "R.CHR", why)) << why;
+        EXPECT_EQ(t.Header().Width, c.w);
+        EXPECT_EQ(t.Header().TilesAcross, (c.w + c.tile - 1) / c.tile);
+        t.SetCacheCapacity(3);  // the cache evicts and decodes again
+        for (uint32_t y = 0; y < c.h; y += std::max(1u, c.h / 37))
+            for (uint32_t x = 0; x < c.w; ++x) ASSERT_EQ(t.Pixel(x, y), Value(x, y)) << x << "," << y;
+        EXPECT_LE(t.CachedTiles(), 3u);
+        EXPECT_EQ(t.DamagedTiles(), 0);
+        EXPECT_TRUE(TiledRaster::Verify(dir / "R.CHI", dir / "R.CHR", why)) << why;
+    }
+}
+
+TEST(TiledRaster, DamageIsFoundAndDrawnAsZero) {
+    TempDir dir;
+    WriteRaster(dir, 600, 300, 256);
+    std::string why;
+    // A flipped byte inside a tile: the index opens, that tile reads as zeros.
+    std::string r = ReadFile(dir / "R.CHR");
+    r[40] = char(r[40] ^ 0x55);
+    WriteFile(dir / "R.CHR", r);
+    TiledRaster t;
+    ASSERT_TRUE(t.Open(dir / "R.CHI", dir / "R.CHR", why));
+    EXPECT_EQ(t.Pixel(5, 5), 0);
+    EXPECT_EQ(t.DamagedTiles(), 1);
+    EXPECT_EQ(t.Pixel(300, 5), Value(300, 5));  // the next tile is sound
+    EXPECT_FALSE(TiledRaster::Verify(dir / "R.CHI", dir / "R.CHR", why));
+    EXPECT_NE(why.find("tile 0"), std::string::npos) << why;
+
+    // Index damage: refused outright, with the reason.
+    WriteRaster(dir, 600, 300, 256);
+    std::string idx = ReadFile(dir / "R.CHI");
+    struct Bad {
+        std::string bytes, message;
+    } bad[] = {
+        {idx.substr(0, 30), "truncated"},
+        {"XXXXXXXX" + idx.substr(8), "not an Ombra raster index"},
+        {idx.substr(0, 20) + "\xff" + idx.substr(21), "checksum"},
+        {idx + "1234", "checksum"},
+    };
+    for (const Bad& b : bad) {
+        WriteFile(dir / "R.CHI", b.bytes);
+        TiledRaster t2;
+        EXPECT_FALSE(t2.Open(dir / "R.CHI", dir / "R.CHR", why));
+        EXPECT_NE(why.find(b.message), std::string::npos) << why;
+    }
+    // A raster file of the wrong length for its index.
+    WriteFile(dir / "R.CHI", idx);
+    WriteFile(dir / "R.CHR", r.substr(0, r.size() - 1));
+    TiledRaster t3;
+    EXPECT_FALSE(t3.Open(dir / "R.CHI", dir / "R.CHR", why));
+}
+
+TEST(TiledRaster, ParseIndexRejectsImpossibleHeaders) {
+    RasterWriter wr(20, 20, false, 1, 1, 16);
+    std::vector<uint8_t> row(20, 1);
+    for (int y = 0; y < 20; ++y) wr.AddRow(row.data());
+    std::string r, i;
+    ASSERT_TRUE(wr.Finish(r, i));
+    RasterHeader h;
+    std::vector<TileEntry> tiles;
+    uint64_t size;
+    std::string why;
+    ASSERT_TRUE(ParseRasterIndex(i, h, tiles, size, why)) << why;
+    EXPECT_EQ(tiles.size(), 4u);
+    EXPECT_EQ(size, r.size());
+    // Fields changed under a correct checksum: each is caught by its own test.
+    auto patched = [&](size_t at, uint32_t v) {
+        std::string b = i;
+        for (int k = 0; k < 4; ++k) b[at + size_t(k)] = char((v >> (8 * k)) & 0xff);
+        uint32_t crc = uint32_t(::crc32(0L, reinterpret_cast<const Bytef*>(b.data()), uInt(b.size() - 4)));
+        for (int k = 0; k < 4; ++k) b[b.size() - 4 + size_t(k)] = char((crc >> (8 * k)) & 0xff);
+        return b;
+    };
+    struct Case {
+        size_t at;
+        uint32_t value;
+        const char* message;
+    } cases[] = {{12, 0, "size is impossible"},     {20, 8, "tile size"},        {24, 3, "tile grid"},
+                 {32, 0, "resolution numbers"},     {40, 2, "compression"},      {8, 9, "version"},
+                 {52, 0xFFFFFFF0u, "outside the raster file"}};
+    for (const Case& c : cases) {
+        EXPECT_FALSE(ParseRasterIndex(patched(c.at, c.value), h, tiles, size, why)) << c.message;
+        EXPECT_NE(why.find(c.message), std::string::npos) << why;
+    }
+}
+
+TEST(RasterReducer, CommonestColourOfEachBlock) {
+    // 4 x 4 blocks, factor 2: each block takes its commonest index, ties to the lower.
+    RasterReducer red(5, 4, 2);
+    const uint8_t rows[4][5] = {{1, 1, 2, 3, 9}, {1, 2, 3, 3, 9}, {4, 4, 5, 5, 7}, {6, 4, 6, 5, 8}};
+    std::vector<uint8_t> out;
+    std::vector<std::vector<uint8_t>> got;
+    for (auto& r : rows)
+        if (red.AddRow(r, out)) got.push_back(out);
+    EXPECT_FALSE(red.Flush(out));
+    ASSERT_EQ(got.size(), 2u);
+    EXPECT_EQ(got[0], (std::vector<uint8_t>{1, 3, 9}));
+    EXPECT_EQ(got[1], (std::vector<uint8_t>{4, 5, 7}));
+    EXPECT_EQ(red.OutWidth(), 3u);
+}
+
+}  // namespace
+}  // namespace ombra::test
