@@ -122,7 +122,21 @@ bool RemoveFromIndex(const std::string& indexPath, const DBEntry& entry) {
     return SaveFileAtomic(indexPath, out);
 }
 
-std::string CommonDB::NewDBFileName(const std::string& indexPath) {
+std::string CommonDB::NewDBFileName(const std::string& indexPath) { return FirstFreeDBFileName(indexPath); }
+
+std::string FreeDBName(const std::string& indexPath, const std::string& wanted) {
+    std::vector<DBEntry> entries = ReadIndex(indexPath);
+    auto taken = [&](const std::string& n) {
+        for (const DBEntry& e : entries)
+            if (e.Name == n) return true;
+        return false;
+    };
+    std::string name = wanted;
+    for (int k = 2; taken(name); ++k) name = wanted + " (" + std::to_string(k) + ")";
+    return name;
+}
+
+std::string FirstFreeDBFileName(const std::string& indexPath) {
     std::string folder = FolderPart(indexPath);
     std::string ext = indexPath.size() >= 3 ? indexPath.substr(indexPath.size() - 3) : "";
     // "vst?????.ext": count the data files there now.

@@ -61,6 +61,10 @@ bool AppendIndex(const std::string& indexPath, const DBEntry& entry);
 // Drops the first line that reads as `entry` (name and file); other lines,
 // even unreadable ones, stay as they are.
 bool RemoveFromIndex(const std::string& indexPath, const DBEntry& entry);
+// The 12-character name of the first free data file beside an index.
+std::string FirstFreeDBFileName(const std::string& indexPath);
+// `wanted` if no database has that name, else `wanted (2)`, `wanted (3)` ...
+std::string FreeDBName(const std::string& indexPath, const std::string& wanted);
 // The index line of an entry, CR LF included.
 std::string IndexLine(const DBEntry& entry);
 
