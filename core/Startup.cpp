@@ -133,6 +133,7 @@ bool Startup::Main(const std::string& commandLine, const std::string& exePath, c
     });
     Step([&] { InitGlobals(exePath, installFolder); });
     Step([&] { ProvisionInstallFolder(sharedData, g_.AppPath); });
+    Step([&] { steps_.FoldersFixed(); });
     Step([&] {
         cmd = ParseCommandLine(commandLine);
         if (!cmd.NoSplash) {

@@ -68,6 +68,9 @@ class StartupSteps {
 public:
     virtual ~StartupSteps() = default;
     virtual void SaveSystemPalette() = 0;
+    // The folders are fixed (InitGlobals has run): modules that keep files
+    // learn where they live.
+    virtual void FoldersFixed() {}
     virtual void RestoreSystemPalette() = 0;
     // True when a splash screen is on show.
     virtual bool ShowSplash() = 0;

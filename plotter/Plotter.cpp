@@ -9,7 +9,9 @@ Plotter::Plotter(PlotterServices s)
       registry(s.settings, globals.ProductName),
       errors(s.dialogs, globals.ProductName),
       loop(s.clock, *this),
-      startup(globals, registry, s.dialogs, s.clock, s.events, *this) {}
+      startup(globals, registry, s.dialogs, s.clock, s.events, *this),
+      magVar("", s.clock, s.dialogs),
+      deviation("", errors) {}
 
 Plotter::~Plotter() = default;
 
@@ -72,6 +74,12 @@ void Plotter::ShowClock(const std::string& text) { services.shell.SetInfoPanel(5
 
 // Palettes belong to 8-bit displays; a true-colour desktop has no system
 // palette to save or restore.
+void Plotter::FoldersFixed() {
+    magVar.SetDatPath(globals.AppDatPath);
+    // The deviation card lives in the user's data root.
+    deviation.SetDataPath(globals.UserDataPath);
+}
+
 void Plotter::SaveSystemPalette() {}
 void Plotter::RestoreSystemPalette() {}
 bool Plotter::ShowSplash() { return services.shell.ShowSplash(); }
@@ -81,7 +89,7 @@ void Plotter::LoadDisplaySettings() { display = LoadDisplayOptions(registry); }
 void Plotter::LoadUnitsConsoleAndOverlays() { units.LoadUnits(registry); }
 void Plotter::LoadChartFolders() {}
 void Plotter::LoadNavObjects() {}
-void Plotter::LoadVesselSettings() {}
+void Plotter::LoadVesselSettings() { deviation.ReadDeviateDat(); }
 void Plotter::LoadWaypoints() {}
 void Plotter::ApplyPaletteMode(int16_t mode) { PaletteMode = (mode >= 0 && mode <= 2) ? mode : 0; }
 void Plotter::ReadLastFileDataStamp() {}

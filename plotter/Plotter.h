@@ -18,6 +18,8 @@
 #include "core/Registry.h"
 #include "core/Startup.h"
 #include "core/Units.h"
+#include "navmath/Deviation.h"
+#include "navmath/MagVar.h"
 #include "plotter/Shell.h"
 #include "platform/api/Clock.h"
 #include "platform/api/Dialogs.h"
@@ -55,6 +57,8 @@ public:
     Units units;
     MainLoop loop;
     Startup startup;
+    MagVar magVar;
+    Deviation deviation;
     bool exited = false;
 
     // TickSteps
@@ -73,6 +77,7 @@ public:
     void ShowClock(const std::string& text) override;
 
     // StartupSteps
+    void FoldersFixed() override;
     void SaveSystemPalette() override;
     void RestoreSystemPalette() override;
     bool ShowSplash() override;

@@ -27,6 +27,7 @@ std::vector<MenuEntry> Build() {
                      {"MExit", "E&xit", {}, true}}});
     tree.push_back({"MVessel", "Ve&ssel",
                     {{"MVesselProperties", "Vessel &Properties", {}},
+                     {"MDeviation", "Compass &Deviation", {}},
                      {"MCentreVessel", "&Centre on Vessel", {}},
                      {"MAutoScroll", "&Auto-Scroll", {}},
                      {"MCourseToSteer", "Course to &Steer", {}},

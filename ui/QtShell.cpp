@@ -5,6 +5,7 @@
 
 #include "plotter/Plotter.h"
 #include "platform/qt/QtServices.h"
+#include "ui/FrmDeviation.h"
 #include "ui/FrmDisclaimer.h"
 #include "ui/FrmMain.h"
 #include "ui/FrmOptions.h"
@@ -48,6 +49,10 @@ void QtShell::BuildMenus() {
     if (!main_) return;
     main_->BuildMenus();
     main_->Bind("MOptions", [this] { RunOptions(); });
+    main_->Bind("MDeviation", [this] {
+        FrmDeviation card(main_.get(), plotter_->deviation);
+        card.exec();
+    });
 }
 
 void QtShell::InitRunMenu(bool ebbline, bool galeline) {
