@@ -33,6 +33,7 @@ const AisRoute kAisRoutes[] = {
 bool Comm::PassesChecksum(const std::string& s) const { return !settings_.Checksums || ChecksumOK(s); }
 
 bool Comm::ReadLine(int16_t port, std::string& line) {
+    if (++linesThisRead_ > MaxLinesPerRead) return false;
     char buf[256];
     int16_t n = comms_.ComPortRead(port, buf, ReadLength);
     if (n <= 0) return false;
@@ -158,6 +159,7 @@ bool Comm::HandleGPSSentence(const std::string& s, DecodeOutcome* outcome) {
 
 bool Comm::ReadGPSPort() {
     bool position = false;
+    linesThisRead_ = 0;
     errors_.Guard("ReadGPSPort", [&] {
         int16_t port = settings_.GPSPort;
         if (port == 0 || comms_.ComPortStatus(port) != 1) return;
@@ -174,6 +176,7 @@ bool Comm::ReadGPSPort() {
 }
 
 void Comm::ReadGyroPort() {
+    linesThisRead_ = 0;
     errors_.Guard("ReadGyroPort", [&] {
         int16_t port = settings_.GyroPort;
         if (port == 0 || comms_.ComPortStatus(port) != 1) return;
@@ -188,6 +191,7 @@ void Comm::ReadGyroPort() {
 }
 
 void Comm::ReadAISPort() {
+    linesThisRead_ = 0;
     errors_.Guard("ReadAISPort", [&] {
         int16_t port = settings_.AISPort;
         if (port == 0 || comms_.ComPortStatus(port) != 1) return;
@@ -200,6 +204,7 @@ void Comm::ReadAISPort() {
 }
 
 void Comm::ReadARPAPort() {
+    linesThisRead_ = 0;
     errors_.Guard("ReadARPAPort", [&] {
         int16_t port = settings_.ARPAPort;
         if (port == 0 || comms_.ComPortStatus(port) != 1) return;
@@ -234,6 +239,7 @@ bool Comm::WaitReply(double seconds) {
     double start = clock_.Timer();
     for (;;) {
         events_.DoEvents();
+        linesThisRead_ = 0;
         std::string line;
         while (ReadLine(settings_.GPSPort, line)) {
             if (vessel_.VesselMode() == 0) HandleGPSSentence(line);
@@ -293,6 +299,7 @@ bool Comm::OpenTestPort() {
 std::vector<std::string> Comm::ReadTestPort() {
     std::vector<std::string> lines;
     if (!TestPortOpen) return lines;
+    linesThisRead_ = 0;
     std::string s;
     while (lines.size() < 500 && ReadLine(TestPort, s)) {
         while (!s.empty() && (s.back() == '\r' || s.back() == '\n')) s.pop_back();

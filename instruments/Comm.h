@@ -99,10 +99,15 @@ public:
     Comms& Ports() { return comms_; }
 
     static constexpr int16_t ReadLength = 255;
+    // At most this many lines are taken from one port in one tick: far more
+    // than any instrument sends (40,000 lines a second), but a flood on a
+    // network port cannot hold the window's thread.
+    static constexpr int MaxLinesPerRead = 4096;
 
 private:
     bool OpenInput(int16_t port, int32_t baud, const char* name, CommDialog dialog, const char* checkName);
     bool ReadLine(int16_t port, std::string& line);
+    int linesThisRead_ = 0;
     bool PassesChecksum(const std::string& s) const;
     // Waits up to `seconds` with events running, reading the GPS port for a
     // handshake reply; true when one came.

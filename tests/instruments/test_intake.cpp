@@ -405,3 +405,19 @@ TEST(Intake, PortTester) {
     c.CloseTestPort();
     EXPECT_EQ(f.ports.ComPortStatus(6), 0);
 }
+
+// A flood on a port is taken a bounded number of lines a tick; the rest
+// waits for the next tick, nothing is lost.
+TEST(Intake, FloodIsTakenInTickSizedPieces) {
+    InstrumentsFixture f;
+    f.Load();
+    f.V().Mode = 2;
+    f.ports.OpenComPort(1, 4800);
+    for (int i = 0; i < Comm::MaxLinesPerRead + 100; ++i) f.ports.Feed(1, Sentence("HEHDT," + std::to_string(i) + ".0,T"));
+    f.ins.comm.ReadGPSPort();
+    EXPECT_EQ(f.ports.lines[1].size(), 100u);
+    EXPECT_FLOAT_EQ(f.ins.decoder.Heading.Heading, float(Comm::MaxLinesPerRead - 1));
+    f.ins.comm.ReadGPSPort();
+    EXPECT_TRUE(f.ports.lines[1].empty());
+    EXPECT_FLOAT_EQ(f.ins.decoder.Heading.Heading, float(Comm::MaxLinesPerRead + 99));
+}
