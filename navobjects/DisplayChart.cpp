@@ -46,3 +46,18 @@ void DisplayChart::Redraw() {
 }
 
 }  // namespace ombra
+
+#include "navobjects/NavObjects.h"
+
+namespace ombra {
+
+void RegisterNavLayers(Display& display, NavObjects& nav) {
+    display.RegisterLayer(Layer::Waypoints, [&nav](Canvas& c, const ChartViewState&) { nav.DrawWaypointLayer(c); });
+    display.RegisterLayer(Layer::Routes, [&nav](Canvas& c, const ChartViewState&) { nav.DrawRouteLayer(c); });
+    display.RegisterLayer(Layer::Boundaries, [&nav](Canvas& c, const ChartViewState&) { nav.DrawBoundaryLayer(c); });
+    display.RegisterLayer(Layer::Dividers, [&nav](Canvas& c, const ChartViewState&) { nav.DrawDividerLayer(c); });
+    display.RegisterLayer(Layer::Tracks, [&nav](Canvas& c, const ChartViewState&) { nav.DrawTrackLayer(c); });
+    display.RegisterPreparer([&nav] { nav.PrepareNavPoints(); });
+}
+
+}  // namespace ombra

@@ -64,3 +64,11 @@ private:
 };
 
 }  // namespace ombra
+
+namespace ombra {
+class NavObjects;
+// Registers the drawing of the navigation objects in the view's layers
+// (Waypoints, Routes, Boundaries, Dividers with the vectors, Tracks) and
+// their point preparation after each chart opens.
+void RegisterNavLayers(Display& display, NavObjects& nav);
+}  // namespace ombra

@@ -9,6 +9,7 @@
 // parts they watch. Every call has a harmless default, so a host that
 // lacks a window simply does without it.
 #pragma once
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,9 @@ public:
                                    const std::string& /*filterName*/, const std::string& /*pattern*/) {
         return "";
     }
+    // FrmRoute and FrmBoundary for one record (the pop-up's "&Properties").
+    virtual void ShowRouteProperties(int16_t /*route*/) {}
+    virtual void ShowBoundaryProperties(int16_t /*boundary*/) {}
     // FrmAttachment; false when the bitmap could not be loaded.
     virtual bool ShowAttachment(const std::string& /*path*/) { return false; }
 
