@@ -340,3 +340,73 @@ TEST(PositionFileMode, MadeGoodSpeedRules) {
     ReadPositionFile(path, f.clock, f.errors, base, start, name, cog, sog);
     EXPECT_EQ(start, 86160.0f);
 }
+
+// The autoscroll check: the run ahead kept in view, the chart moved when it
+// leaves, the time cut when the view cannot hold it, and turned off when
+// not even a minute fits.
+TEST(Autoscroll, KeepsTheRunAheadInView) {
+    InstrumentsFixture f;
+    f.Load();
+    f.ins.vessel.SetVesselMode(1);
+    f.V().Pos = LatLong{-12.0 * 3600.0, 50.0 * 3600.0};
+    f.V().COG = 90.0;
+    f.V().SOG = 10.0;  // 1/6 mile a minute: 16.7 pixels at 100 a mile
+    f.chart.hasView = true;
+    f.chart.view = ScrollView{100.0, 800, 600, 400.0, 300.0};
+    f.ins.vessel.AutoscrollTime = 0.0f;
+    f.ins.vessel.AutoscrollCheck();
+    EXPECT_TRUE(f.chart.centres.empty());  // off
+
+    f.ins.vessel.AutoscrollTime = 10.0f;  // 167 pixels ahead
+    f.ins.vessel.AutoscrollCheck();
+    EXPECT_TRUE(f.chart.centres.empty());  // in view
+    f.chart.view.VesselX = 700.0;
+    f.ins.vessel.AutoscrollCheck();
+    ASSERT_EQ(f.chart.centres.size(), 1u);
+    // The new centre lies east of the vessel, 80% of the half-width ahead: 3.2 miles.
+    LatLong want = DeadReckon(f.V().Pos, 90.0, 3.2, 3600.0);
+    EXPECT_NEAR(f.chart.centres[0].Long, want.Long, 1e-6);
+    EXPECT_NEAR(f.chart.centres[0].Lat, want.Lat, 1e-6);
+    EXPECT_TRUE(f.Messages().empty());
+
+    f.ins.vessel.AutoscrollTime = 30.0f;  // 500 pixels: more than the 400 to the edge
+    f.ins.vessel.AutoscrollCheck();
+    ASSERT_EQ(f.Messages().size(), 1u);
+    EXPECT_EQ(f.Messages()[0],
+              "The current Autoscroll time is too large for\nyour current chart scale & vessel speed\n(The display would "
+              "redraw too frequently\nThe Autoscroll time has been changed to\nthe current optimum setting of 24 minutes.");
+    EXPECT_EQ(f.ins.vessel.AutoscrollTime, 24.0f);
+    EXPECT_EQ(f.reg.GetSetting(Key::AutoscrollTime), "24");
+
+    f.V().SOG = 300.0;  // 500 pixels a minute
+    f.ins.vessel.AutoscrollCheck();
+    ASSERT_EQ(f.Messages().size(), 2u);
+    EXPECT_EQ(f.Messages()[1], "The Autoscroll option has been turned off\nbecause you are moving too fast");
+    EXPECT_EQ(f.ins.vessel.AutoscrollTime, 0.0f);
+    EXPECT_EQ(f.reg.GetSetting(Key::AutoscrollTime), "0");
+}
+
+// Course to steer: its questions and answers.
+TEST(CourseToSteer, Command) {
+    InstrumentsFixture f;
+    f.Load();
+    f.ins.vessel.CourseToSteerCommand();
+    ASSERT_EQ(f.Messages().size(), 1u);
+    EXPECT_EQ(f.Messages()[0], "There is no active waypoint.");
+    f.ins.leg.Kind = 1;
+    f.ins.leg.Name = "BUOY";
+    f.ins.leg.BearingTo = 0.0;
+    f.V().SOG = 5.0;
+    f.hooks.tide = true;
+    f.hooks.set = 90.0;
+    f.hooks.drift = 3.0;
+    f.dialogs.replies = {mb::Yes, mb::OK};
+    f.ins.vessel.CourseToSteerCommand();
+    ASSERT_EQ(f.Messages().size(), 3u);
+    EXPECT_EQ(f.Messages()[1].substr(0, 32), "Do you wish to use these values:");
+    EXPECT_NE(f.Messages()[1].find("Tide Set 090 °T"), std::string::npos);
+    EXPECT_EQ(f.Messages()[2], "Waypoint: BUOY\nCourse to steer:   323 °T");
+    f.hooks.drift = 6.0;
+    f.ins.vessel.CourseToSteerCommand();
+    EXPECT_EQ(f.Messages().back(), "Waypoint: BUOY\nCannot make this course");
+}
