@@ -4,6 +4,7 @@
 
 #include <cctype>
 #include <cstdio>
+#include <cstring>
 
 #include "core/ErrorReport.h"
 #include "core/Format.h"
@@ -154,8 +155,12 @@ std::string FormatHeaderText(const ChartHeader& h) {
         std::snprintf(buf, sizeof buf, "%*d", width, v);
         return FixedText(buf, size_t(width));
     };
+    // The shortest text of the value that fits the 5 columns.
     auto real = [&](float v) {
-        std::snprintf(buf, sizeof buf, "%5.1f", double(v));
+        for (int digits = 6; digits >= 1; --digits) {
+            std::snprintf(buf, sizeof buf, "%.*g", digits, double(v));
+            if (std::strlen(buf) <= 5) break;
+        }
         return FixedText(buf, 5);
     };
     l2 += num(h.ImageBlockA, 3) + num(h.ImageBlockB, 4) + num(h.LayoutA, 3) + num(h.LayoutB, 3) + num(h.LayoutC, 2) +

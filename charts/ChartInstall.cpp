@@ -26,6 +26,18 @@ void RemoveTree(const std::string& path) {
     fs::remove_all(ResolvePath(path), ec);
 }
 
+// Removes a staging folder, and the group and "raschts" folders above it
+// when the staging folder was all they held.
+void RemoveStage(const std::string& stage) {
+    RemoveTree(stage);
+    std::error_code ec;
+    fs::path p = fs::path(ResolvePath(FolderOf(stage)));
+    for (int i = 0; i < 2 && fs::is_directory(p, ec) && fs::is_empty(p, ec); ++i) {
+        fs::remove(p, ec);
+        p = p.parent_path();
+    }
+}
+
 bool Write(const std::string& path, const std::string& text, std::string& message) {
     std::string why;
     if (SaveFileAtomic(path, text, &why)) return true;
@@ -77,7 +89,7 @@ InstallResult ChartInstaller::InstallKap(const std::string& root, const std::str
     full.Number = number;
     full.IssueDate = issueDate;
     if (!lib_.ImportKap(kapPath, stage + "\\" + number, full, why, progress)) {
-        RemoveTree(stage);
+        RemoveStage(stage);
         r.Message = kapPath + ": " + why;
         return r;
     }
@@ -103,7 +115,7 @@ InstallResult ChartInstaller::InstallImage(const std::string& root, const Indexe
     meta.IssueDate = issueDate;
     std::string why;
     if (!lib_.ImportImage(image, stage + "\\" + number, meta, why)) {
-        RemoveTree(stage);
+        RemoveStage(stage);
         r.Message = why;
         return r;
     }

@@ -374,8 +374,9 @@ void Display::WheelZoom(int steps, ChartPoint screen) {
 
 std::string Display::PixelZoomFactorText(int16_t pixelSize) {
     if (pixelSize <= 0) pixelSize = 128;
-    if (pixelSize >= 128) return " X " + Format(pixelSize / 128.0, "0.##");
-    return " / " + Format(128.0 / pixelSize, "0.##");
+    double f = pixelSize >= 128 ? pixelSize / 128.0 : 128.0 / pixelSize;
+    std::string n = f == std::floor(f) ? std::to_string(long(f)) : Format(f, "0.00");
+    return (pixelSize >= 128 ? " X " : " / ") + n;
 }
 
 void Display::SetWarningText(int code) {

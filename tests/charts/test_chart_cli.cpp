@@ -1,0 +1,171 @@
+// ombra-cli chart: installing real KAP files, asking pixels and positions,
+// exporting and rendering, refusing bad files without touching anything.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sstream>
+
+#include "core/Val.h"
+#include "platform/chartlib/ImageFile.h"
+#include "tests/platform/chartlib/KapWriter.h"
+#include "tests/support/TestSupport.h"
+
+namespace ombra::test {
+namespace {
+
+RunResult Cli(const std::vector<std::string>& args) {
+    std::vector<std::string> argv{CliPath(), "chart"};
+    argv.insert(argv.end(), args.begin(), args.end());
+    return Run(argv);
+}
+
+TEST(ChartCli, InstallAskExportRemove) {
+    TempDir root;
+    std::string kap = SharedData("kap/SAMPLE1.KAP");
+    RunResult r = Cli({"install", kap, "--root", root.path(), "--date", "20240601"});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(r.out, "9801\n");
+
+    r = Cli({"list", "--root", root.path()});
+    EXPECT_NE(r.out.find("9801"), std::string::npos);
+    EXPECT_NE(r.out.find("TEST HARBOUR"), std::string::npos);
+    r = Cli({"info", "9801", "--root", root.path()});
+    EXPECT_NE(r.out.find("Raster 300 x 200"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("Mercator, 5 reference points"), std::string::npos) << r.out;
+
+    // Reference point 5: pixel 150, 66.
+    r = Cli({"pixel", "9801", "0", "50.0503034562", "-12.1244147157", "--root", root.path()});
+    EXPECT_EQ(r.out, "150 66\n") << r.err;
+    r = Cli({"position", "9801", "0", "150", "66", "--root", root.path()});
+    std::istringstream pos(r.out);
+    double lat = 0, lon = 0;
+    pos >> lat >> lon;
+    EXPECT_NEAR(lat, 50.0503034562, 1e-7);
+    EXPECT_NEAR(lon, -12.1244147157, 1e-7);
+    r = Cli({"pixel", "9801", "0", "50.0", "-12.0", "--root", root.path(), "--exact"});
+    std::istringstream px(r.out);
+    double x = 0, y = 0;
+    px >> x >> y;
+    RunResult g = test::Run({"gdaltransform", "-i", "-t_srs", "EPSG:4326", kap}, "-12.0 50.0\n");
+    std::istringstream gp(g.out);
+    double gx = 0, gy = 0;
+    gp >> gx >> gy;
+    EXPECT_NEAR(x, gx, 0.5);
+    EXPECT_NEAR(y, gy, 0.5);
+
+    // Export: the day colours of every pixel, as GDAL expands them.
+    r = Cli({"export", "9801", "--plan", "0", "--out", root / "e.ppm", "--root", root.path()});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    g = test::Run({"gdal_translate", "-q", "-of", "PNM", "-expand", "rgb", kap, root / "g.ppm"});
+    ASSERT_EQ(g.exitCode, 0);
+    Image ours, theirs;
+    ASSERT_TRUE(chartlib::DecodePpm(ReadFile(root / "e.ppm"), ours));
+    ASSERT_TRUE(chartlib::DecodePpm(ReadFile(root / "g.ppm"), theirs));
+    EXPECT_EQ(ours.pixels, theirs.pixels);
+
+    // Render: a PNG others can read, the size asked.
+    r = Cli({"render", "9801", "--plan", "0", "--centre", "50.03", "-12.1", "--size", "320x240", "--out", root / "v.png", "--root",
+             root.path()});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    g = test::Run({"gdalinfo", root / "v.png"});
+    EXPECT_NE(g.out.find("Size is 320, 240"), std::string::npos) << g.out;
+
+    r = Cli({"verify", "9801", "--root", root.path()});
+    EXPECT_EQ(r.exitCode, 0);
+
+    r = Cli({"remove", "9801", "--root", root.path()});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    r = Cli({"list", "--root", root.path()});
+    EXPECT_EQ(r.out.find("9801"), std::string::npos);
+    r = Cli({"pixel", "9801", "0", "50", "-12", "--root", root.path()});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_NE(r.err.find("not installed"), std::string::npos);
+}
+
+TEST(ChartCli, BadFilesChangeNothingInstalled) {
+    TempDir root;
+    ASSERT_EQ(Cli({"install", SharedData("kap/SAMPLE1.KAP"), "--root", root.path()}).exitCode, 0);
+    std::string ptr = ReadFile(root / "ChartCat/Chart.PTR");
+    std::string cat = ReadFile(root / "ChartCat/Chart.CAT");
+    KapSpec spec;
+    spec.Number = "6000";
+    std::string good = WriteKap(spec);
+    struct Bad {
+        std::string name, bytes, message;
+    } bad[] = {
+        {"cut.kap", good.substr(0, good.size() / 2), "truncated"},
+        {"empty.kap", "", "not a BSB/KAP chart"},
+        {"text.kap", "hello world\n", "not a BSB/KAP chart"},
+    };
+    for (const Bad& b : bad) {
+        WriteFile(root / b.name, b.bytes);
+        RunResult r = Cli({"install", root / b.name, "--root", root.path()});
+        EXPECT_EQ(r.exitCode, 1) << b.name;
+        EXPECT_NE(r.err.find(b.message), std::string::npos) << b.name << ": " << r.err;
+        EXPECT_EQ(r.out, "");
+    }
+    EXPECT_EQ(ReadFile(root / "ChartCat/Chart.PTR"), ptr);
+    EXPECT_EQ(ReadFile(root / "ChartCat/Chart.CAT"), cat);
+    EXPECT_FALSE(std::filesystem::exists(root / "raschts/060"));
+    // The staging folder is gone too.
+    int hidden = 0;
+    for (auto& e : std::filesystem::recursive_directory_iterator(root / "raschts"))
+        hidden += e.path().filename().string().rfind(".", 0) == 0;
+    EXPECT_EQ(hidden, 0);
+    // A missing file is named.
+    RunResult r = Cli({"install", root / "nothere.kap", "--root", root.path()});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_NE(r.err.find("nothere.kap"), std::string::npos);
+}
+
+TEST(ChartCli, NumbersFromFileNamesAndSeveralAtOnce) {
+    TempDir root;
+    KapSpec a;
+    a.OmitNumber = true;
+    KapSpec b;
+    b.Number = "5501";
+    b.LatN = -33.70;
+    b.LatS = -33.95;
+    b.LonW = 151.15;
+    b.LonE = 151.45;
+    WriteFile(root / "us5ma11m.kap", WriteKap(a));
+    WriteFile(root / "b.kap", WriteKap(b));
+    RunResult r = Cli({"install", root / "us5ma11m.kap", root / "b.kap", "--root", root.path()});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(r.out, "US5MA11M\n5501\n");
+    // Found by number in its folder, and by position through the catalogue.
+    EXPECT_TRUE(std::filesystem::exists(root / "raschts/005/US5MA11M/US5MA11M.HDR"));
+    EXPECT_TRUE(std::filesystem::exists(root / "raschts/055/5501/5501.HDR"));
+    EXPECT_TRUE(std::filesystem::exists(root / "ChartCat/SE/33S151E.PTR"));
+    // Installing again replaces the chart; the catalogue keeps one pointer.
+    r = Cli({"install", root / "b.kap", "--root", root.path(), "--date", "20250102"});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    std::string ptr = ReadFile(root / "ChartCat/Chart.PTR");
+    EXPECT_EQ(ptr.find("5501"), ptr.rfind("5501"));
+    EXPECT_EQ(ReadFile(root / "raschts/055/5501/5501.HDR").substr(13, 8), "20250102");
+}
+
+TEST(ChartCli, DemoChartAndUsage) {
+    TempDir root;
+    RunResult r = Cli({"make-demo", "--root", root.path()});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(r.out, "4000\n");
+    EXPECT_EQ(Cli({"verify", "4000", "--root", root.path()}).exitCode, 0);
+    r = Cli({"render", "4000", "--plan", "1", "--size", "300x200", "--out", root / "h.png", "--root", root.path()});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    r = Cli({"export", "4000", "--plan", "1", "--out", root / "p1.ppm", "--root", root.path()});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    Image inset;
+    ASSERT_TRUE(chartlib::DecodePpm(ReadFile(root / "p1.ppm"), inset));
+    EXPECT_GT(inset.width, 500);
+    EXPECT_LT(inset.width, 800);
+    // Usage errors.
+    EXPECT_EQ(Cli({}).exitCode, 2);
+    EXPECT_EQ(Cli({"frobnicate"}).exitCode, 2);
+    EXPECT_EQ(Cli({"pixel", "4000", "0", "north", "-12"}).exitCode, 2);
+    EXPECT_EQ(Cli({"render", "4000", "--size", "0x9", "--out", "x.png"}).exitCode, 2);
+    EXPECT_EQ(Cli({"install", "--root"}).exitCode, 2);
+}
+
+}  // namespace
+}  // namespace ombra::test

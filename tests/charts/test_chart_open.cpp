@@ -1,0 +1,350 @@
+// Opening charts: the checks and their questions, the warnings, the plans
+// and which of them holds a position, and the steps between scales.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "charts/CatalogueWriter.h"
+#include "core/Paths.h"
+#include "core/Val.h"
+#include "tests/charts/ChartFixture.h"
+
+namespace ombra::test {
+namespace {
+
+TEST(ChartChecks, PresenceDatesAndQuickCheck) {
+    ChartWorld w;
+    FixtureChart c = DefaultFixture();
+    c.Plans.push_back({50.05, 49.95, -12.1, -11.9, 700, 500, 950, 760, "Inset", "12500", true, 3});
+    ASSERT_TRUE(w.Install(c));
+    std::string hdr = w.HeaderPath("1234A");
+    ChartCatEntry e;
+    ASSERT_TRUE(w.charts.Cat.ReadChartCatEntry(w.root.path(), w.charts.Cat.FindChartPointer(w.root.path(), "1234A", false), e, true));
+    EXPECT_EQ(w.charts.Checks.DisplayChecks(hdr, e), 2);
+    EXPECT_TRUE(w.Messages().empty());
+
+    // A wrong date on plan 1's file asks; No stops, Yes marks out of date.
+    SetIssueDate(ChartFilePath(hdr, "P01"), "19990101");
+    w.dialogs.replies = {mb::No, mb::Yes};
+    EXPECT_EQ(w.charts.Checks.DisplayChecks(hdr, e), 0);
+    EXPECT_EQ(w.charts.Checks.DisplayChecks(hdr, e), 1);
+    ASSERT_EQ(w.dialogs.asked.size(), 2u);
+    EXPECT_EQ(w.dialogs.asked[0].text, "1234A.P01 has wrong File Issue date Do you want to continue ?");
+    EXPECT_EQ(w.dialogs.asked[0].style, mb::YesNo | mb::Question);
+    EXPECT_EQ(w.dialogs.asked[0].title, "Tarnel");
+    SetIssueDate(ChartFilePath(hdr, "P01"), "20240601");
+
+    // The order of the comparison: the header before the palette.
+    SetIssueDate(ChartFilePath(hdr, "PAL"), "19990101");
+    SetIssueDate(hdr, "19990101");
+    w.dialogs.replies = {mb::No};
+    EXPECT_EQ(w.charts.Checks.DisplayChecks(hdr, e), 0);
+    EXPECT_EQ(w.dialogs.asked.back().text, "1234A.HDR has wrong File Issue date Do you want to continue ?");
+    SetIssueDate(hdr, "20240601");
+    SetIssueDate(ChartFilePath(hdr, "PAL"), "20240601");
+
+    // A missing palette stops at the presence test, naming the file.
+    std::filesystem::rename(ChartFilePath(hdr, "PAL"), ChartFilePath(hdr, "XXX"));
+    EXPECT_EQ(w.charts.Checks.DisplayChecks(hdr, e), 0);
+    EXPECT_EQ(w.dialogs.asked.back().text, "1234A.PAL is missing.");
+    EXPECT_EQ(w.dialogs.asked.back().style, mb::Exclamation);
+    std::filesystem::rename(ChartFilePath(hdr, "XXX"), ChartFilePath(hdr, "PAL"));
+
+    // Quick check on the chart in view.
+    ASSERT_TRUE(w.charts.Charts.NewChart("1234A"));
+    w.charts.Charts.QuickCheck();
+    EXPECT_EQ(w.dialogs.asked.back().text, "Quick check of chart completed successfully");
+    SetIssueDate(ChartFilePath(hdr, "N01"), "19990101");
+    w.dialogs.replies = {mb::Yes};
+    w.charts.Charts.QuickCheck();
+    EXPECT_EQ(w.dialogs.asked.back().text, "Chart needs to be updated.");
+
+    // Checksums.
+    std::string line;
+    EXPECT_TRUE(w.charts.Checks.ValidateChecksums(w.library, hdr, "1234A", line));
+    EXPECT_EQ(line, "Validating file checksums.");
+    EXPECT_EQ(w.dialogs.asked.back().text, "Chart 1234A data is valid.");
+    std::string chr = ReadFile(ChartFilePath(hdr, "CHR"));
+    chr[30] = char(chr[30] ^ 1);
+    WriteFile(ChartFilePath(hdr, "CHR"), chr);
+    EXPECT_FALSE(w.charts.Checks.ValidateChecksums(w.library, hdr, "1234A", line));
+    EXPECT_EQ(w.dialogs.asked.back().text, "Chart 1234A data is invalid.\nReload from chart CD.");
+}
+
+TEST(NewChart, OpensWithItsStepsAndKeepsTheOldChartOnFailure) {
+    ChartWorld w;
+    w.charts.View.SetViewSize(400, 300);
+    ASSERT_TRUE(w.Install(DefaultFixture()));
+    EXPECT_FALSE(w.charts.Charts.NewChart("5555"));
+    ASSERT_EQ(w.Messages().size(), 1u);
+    EXPECT_EQ(w.Messages()[0], "Cannot find " + WithTrailingSlash(w.root.path()) + "raschts\\055\\5555\\5555.HDR");
+    EXPECT_FALSE(w.charts.Charts.ChartIsOpen());
+
+    int hourglass = 0;
+    w.charts.Charts.Hourglass = [&](bool on) { hourglass += on ? 1 : -1; };
+    ASSERT_TRUE(w.charts.Charts.NewChart("1234A"));
+    EXPECT_EQ(hourglass, 0);
+    EXPECT_EQ(w.registry.GetSetting(Key::LastChartNumber), "1234A   ");
+    EXPECT_EQ(w.charts.View.PixelSize, 128);
+    EXPECT_EQ(w.charts.State.CurrentChartPath.substr(w.charts.State.CurrentChartPath.size() - 4), ".LOR");
+    EXPECT_EQ(w.charts.View.DisplayedPlan, 0);
+    // The low-resolution raster at pixel size 128 warns; the full one does not.
+    EXPECT_TRUE(w.charts.View.WarningSet(2));
+    EXPECT_EQ(w.charts.View.WarningTexts(), std::vector<std::string>{"Chart image is zoomed out: UNSAFE FOR NAVIGATION"});
+    w.charts.View.ShowHiRes();
+    EXPECT_EQ(w.charts.View.WarningCount(), 0);
+    EXPECT_EQ(w.charts.View.ViewFactor(), 1.0f);
+    w.charts.View.PixelZoomIn();
+    EXPECT_EQ(w.charts.View.WarningTexts(),
+              std::vector<std::string>{"Chart Image Has Been Pixel Zoomed ( X 2 )  :  IT IS UNSAFE FOR NAVIGATION"});
+    EXPECT_EQ(w.charts.View.ViewFactor(), 0.5f);
+    w.charts.View.SetPixelSize(32);
+    EXPECT_EQ(w.charts.View.WarningTexts()[0], "Chart Image Has Been Pixel Zoomed ( / 4 )  :  IT IS UNSAFE FOR NAVIGATION");
+    w.charts.View.ShowLoRes();
+    EXPECT_EQ(w.charts.View.ViewFactor(), 2.0f * 4);  // the low raster is half the size, shown at a quarter
+    w.charts.View.ResetPixelZoom();
+    EXPECT_TRUE(w.charts.View.WarningSet(2));
+    EXPECT_FALSE(w.charts.View.WarningSet(4));
+
+    // Status texts of the plan in view.
+    EXPECT_EQ(w.charts.View.ScaleCaption(), "Scale 1:50000");
+    EXPECT_EQ(w.charts.View.DatumCaption(), "Datum: World Geodetic System 1984");
+    EXPECT_EQ(w.charts.View.DepthUnitsCaption(), "METRES");
+
+    // A refused open leaves the open chart as it was.
+    FixtureChart other = DefaultFixture();
+    other.Number = "77";
+    ASSERT_TRUE(w.Install(other));
+    std::filesystem::remove(ChartFilePath(w.HeaderPath("77"), "P00"));
+    std::filesystem::remove(ChartFilePath(w.HeaderPath("77"), "N00"));
+    EXPECT_FALSE(w.charts.Charts.NewChart("77"));
+    EXPECT_EQ(Trim(w.charts.State.Header.ChartNumber), "1234A");
+    EXPECT_TRUE(w.charts.Charts.ChartIsOpen());
+}
+
+TEST(NewChart, WrongIssueDateAnsweredYesOpensOutOfDate) {
+    ChartWorld w;
+    w.charts.View.SetViewSize(400, 300);
+    ASSERT_TRUE(w.Install(DefaultFixture()));
+    SetIssueDate(ChartFilePath(w.HeaderPath("1234A"), "N00"), "20200101");
+    w.dialogs.replies = {mb::No};
+    EXPECT_FALSE(w.charts.Charts.NewChart("1234A"));
+    EXPECT_FALSE(w.charts.Charts.ChartIsOpen());
+    w.dialogs.replies = {mb::Yes};
+    ASSERT_TRUE(w.charts.Charts.NewChart("1234A"));
+    EXPECT_TRUE(w.charts.State.Header.OutOfDate);
+    auto texts = w.charts.View.WarningTexts();
+    EXPECT_NE(std::find(texts.begin(), texts.end(), " This chart is not up to date: UNSAFE FOR NAVIGATION."), texts.end());
+}
+
+TEST(Warnings, CountingByCode) {
+    ChartWorld w;
+    w.charts.View.SetViewSize(200, 200);
+    ASSERT_TRUE(w.Install(DefaultFixture()));
+    ASSERT_TRUE(w.charts.Charts.NewChart("1234A"));
+    std::ifstream f(std::string(OMBRA_TEST_DATA) + "/charts/warnings.txt");
+    std::string line;
+    int cases = 0;
+    while (std::getline(f, line)) {
+        if (line.empty() || line[0] == '#') continue;
+        SCOPED_TRACE(line);
+        size_t b1 = line.find('|'), b2 = line.find('|', b1 + 1);
+        w.charts.View.ChartWarning(0);
+        int layoutChanges = 0;
+        int16_t last = 0;
+        w.charts.View.WarningsChanged = [&] {
+            if ((last == 0) != (w.charts.View.WarningCount() == 0)) ++layoutChanges;
+            last = w.charts.View.WarningCount();
+        };
+        std::istringstream codes(line.substr(0, b1));
+        std::string c;
+        while (codes >> c) {
+            if (c.rfind("p=", 0) == 0) w.charts.View.PixelSize = int16_t(Val(c.substr(2)));
+            else w.charts.View.ChartWarning(int16_t(Val(c)));
+        }
+        EXPECT_EQ(w.charts.View.WarningCount(), int(Val(line.substr(b1 + 1, b2 - b1 - 1))));
+        std::istringstream set(line.substr(b2 + 1));
+        std::vector<int> want;
+        while (set >> c) want.push_back(int(Val(c)));
+        std::vector<int> got;
+        for (int k : {1, 2, 4, 5})
+            if (w.charts.View.WarningSet(k)) got.push_back(k);
+        EXPECT_EQ(got, want);
+        EXPECT_LE(layoutChanges, 2);
+        ++cases;
+    }
+    EXPECT_GE(cases, 6);
+    // The zoom factor's text follows the pixel size of the last setting.
+    w.charts.View.PixelSize = 512;
+    w.charts.View.ChartWarning(0);
+    w.charts.View.ChartWarning(4);
+    EXPECT_NE(w.charts.View.WarningTexts()[0].find("( X 4 )"), std::string::npos);
+}
+
+// Plan 1 inside the main plan; plan 2 inside plan 1, where plan 1's own
+// pixels of its area lie, so that plan 2 covers them.
+FixtureChart NestedPlans() {
+    FixtureChart c = DefaultFixture();
+    c.Plans[0].Shift = false;
+    FixturePlan p1{50.10, 49.90, -12.20, -11.80, 40, 40, 440, 440, "Plan one", "25000", true, 3};
+    c.Plans.push_back(p1);
+    // Plan 2: the middle of plan 1's area, on the same pixels plan 1 gives it.
+    FixturePlan p2 = p1;
+    p2.Title = "Plan two";
+    p2.Scale = "10000";
+    p2.LatN = 50.05;
+    p2.LatS = 49.95;
+    p2.LonW = -12.1;
+    p2.LonE = -11.9;
+    p2.Colour = 2;
+    c.Plans.push_back(p2);
+    return c;
+}
+
+TEST(Plans, APositionCountsOnlyForTheMostDetailedPlan) {
+    ChartWorld w;
+    w.charts.View.SetViewSize(400, 300);
+    FixtureChart c = NestedPlans();
+    // Place plan 2 where plan 1 maps its area.
+    ASSERT_TRUE(w.Install(c));
+    ASSERT_TRUE(w.charts.Charts.NewChart("1234A"));
+    double x0, y0, x1, y1;
+    ASSERT_TRUE(w.library.PositionToPixel(0, 1, LatLong{-12.1 * 3600, 50.05 * 3600}, x0, y0));
+    ASSERT_TRUE(w.library.PositionToPixel(0, 1, LatLong{-11.9 * 3600, 49.95 * 3600}, x1, y1));
+    c.Plans[2].X0 = int(std::lround(x0));
+    c.Plans[2].Y0 = int(std::lround(y0));
+    c.Plans[2].X1 = int(std::lround(x1));
+    c.Plans[2].Y1 = int(std::lround(y1));
+    ASSERT_TRUE(w.Install(c));
+    ASSERT_TRUE(w.charts.Charts.NewChart("1234A"));
+
+    NavPoint inner = w.charts.View.LocatePosition(LatLong{-12.0 * 3600, 50.0 * 3600});
+    ASSERT_EQ(inner.InPlan.size(), 3u);
+    EXPECT_TRUE(inner.In(0));   // plan 0's pixel is not under plan 1 or 2 (they lie elsewhere)... see below
+    EXPECT_FALSE(inner.In(1));  // under plan 2
+    EXPECT_TRUE(inner.In(2));
+    NavPoint mid = w.charts.View.LocatePosition(LatLong{-12.15 * 3600, 50.08 * 3600});
+    EXPECT_TRUE(mid.In(1));
+    EXPECT_FALSE(mid.In(2));
+    // The chart-datum position comes from the first plan that shows the point.
+    EXPECT_NEAR(inner.Local.Lat, 50.0 * 3600, 5);
+    // A position outside every plan.
+    NavPoint far = w.charts.View.LocatePosition(LatLong{10 * 3600.0, 10 * 3600.0});
+    EXPECT_EQ(far.FirstPlanShown(), -1);
+
+    // Plan outlines carry pixels once the chart is open.
+    const auto& o = w.charts.State.Header.Plans[2].Outline;
+    ASSERT_EQ(o.size(), 5u);
+    EXPECT_NEAR(o[1].Pixel.x, x0, 1);
+
+    // Selecting plan 0 (no shift) warns of WGS84; plan 1 (shift) does not.
+    w.charts.View.SelectPlan(0);
+    EXPECT_TRUE(w.charts.View.WarningSet(1));
+    w.charts.View.SelectPlan(1);
+    EXPECT_FALSE(w.charts.View.WarningSet(1));
+
+    // The Plans command lists 0..2 and moves the view to the one picked.
+    w.dialogs.picks = {2};
+    w.charts.View.ShowPlansList();
+    EXPECT_EQ(w.dialogs.asked.back().kind, "Pick");
+    EXPECT_EQ(w.dialogs.asked.back().text, "Plans");
+    EXPECT_EQ(w.charts.View.DisplayedPlan, 2);
+    EXPECT_EQ(w.charts.View.ScaleCaption(), "Scale 1:10000");
+}
+
+TEST(Plans, ChartWithoutMainPlan) {
+    ChartWorld w;
+    w.charts.View.SetViewSize(400, 300);
+    FixtureChart c = NestedPlans();
+    c.Plans.resize(2);
+    ASSERT_TRUE(w.Install(c));
+    // The catalogue says: no main plan (a one-character border line), and
+    // plan 0 has no file.
+    std::string folder = w.charts.Cat.CatalogueFolder(w.root.path());
+    ChartCatEntry e;
+    ASSERT_TRUE(w.charts.Cat.ReadChartCatEntry(w.root.path(), w.charts.Cat.FindChartPointer(w.root.path(), "1234A", false), e, true));
+    e.FirstPlan = 1;
+    std::string why;
+    ASSERT_TRUE(AddChartToCatalogue(folder, e, why)) << why;
+    std::filesystem::remove(ChartFilePath(w.HeaderPath("1234A"), "P00"));
+    ASSERT_TRUE(w.charts.Cat.ReadChartCatEntry(w.root.path(), w.charts.Cat.FindChartPointer(w.root.path(), "1234A", false), e, true));
+    EXPECT_EQ(e.FirstPlan, 1);
+
+    ASSERT_TRUE(w.charts.Charts.NewChart("1234A")) << (w.Messages().empty() ? "" : w.Messages().back());
+    const ChartHeader& h = w.charts.State.Header;
+    EXPECT_EQ(h.FirstPlan, 1);
+    EXPECT_EQ(h.Plans[0].Title, "TEST CHART");
+    EXPECT_FALSE(h.Plans[0].HasShift);
+    // Plan 0 is only a title: it never holds a position, and shows no WGS84 warning.
+    NavPoint p = w.charts.View.LocatePosition(LatLong{-12.0 * 3600, 50.0 * 3600});
+    EXPECT_FALSE(p.In(0));
+    EXPECT_TRUE(p.In(1));
+    w.charts.View.SelectPlan(0);
+    EXPECT_FALSE(w.charts.View.WarningSet(1));
+}
+
+TEST(Plans, NoPlansMessage) {
+    ChartWorld w;
+    w.charts.View.SetViewSize(400, 300);
+    ASSERT_TRUE(w.Install(DefaultFixture()));
+    ASSERT_TRUE(w.charts.Charts.NewChart("1234A"));
+    w.charts.View.ShowPlansList();
+    EXPECT_EQ(w.dialogs.asked.back().text, "There are no plans on this chart.");
+    EXPECT_EQ(w.dialogs.asked.back().title, "Plans");
+}
+
+TEST(ScaleSteps, NextChartOutAndIn) {
+    ChartWorld w;
+    w.charts.View.SetViewSize(400, 300);
+    struct {
+        const char* number;
+        const char* scale;
+        double half;
+    } charts[] = {{"100", "200000", 0.5}, {"200", "50000", 0.2}, {"300", "12500", 0.08}, {"400", "75000", 0.3}};
+    for (auto& c : charts) {
+        FixtureChart f = DefaultFixture();
+        f.Number = c.number;
+        f.Plans[0].Scale = c.scale;
+        f.Plans[0].LatN = 50 + c.half;
+        f.Plans[0].LatS = 50 - c.half;
+        f.Plans[0].LonW = -12 - c.half;
+        f.Plans[0].LonE = -12 + c.half;
+        ASSERT_TRUE(w.Install(f));
+    }
+    ASSERT_TRUE(w.charts.Charts.NewChart("200"));
+    w.charts.View.CentreOnPosition(LatLong{-12 * 3600.0, 50 * 3600.0});
+    w.charts.Charts.ZoomOutChart();
+    EXPECT_EQ(Trim(w.charts.State.Header.ChartNumber), "400");
+    w.charts.Charts.ZoomOutChart();
+    EXPECT_EQ(Trim(w.charts.State.Header.ChartNumber), "100");
+    w.charts.Charts.ZoomInChart();
+    EXPECT_EQ(Trim(w.charts.State.Header.ChartNumber), "400");
+    // The centre is kept across the steps.
+    LatLong c = w.charts.View.ViewCentre();
+    EXPECT_NEAR(c.Lat, 50 * 3600.0, 20);
+    EXPECT_NEAR(c.Long, -12 * 3600.0, 20);
+    w.charts.Charts.ZoomInChart();
+    w.charts.Charts.ZoomInChart();
+    EXPECT_EQ(Trim(w.charts.State.Header.ChartNumber), "300");
+    size_t asked = w.dialogs.asked.size();
+    w.charts.Charts.ZoomInChart();
+    ASSERT_EQ(w.dialogs.asked.size(), asked + 1);
+    EXPECT_EQ(w.dialogs.asked.back().text, "There are no charts of a suitable scale curently installed.");
+    EXPECT_EQ(w.dialogs.asked.back().title, "Chart Scale Out");
+    EXPECT_EQ(w.dialogs.asked.back().style, mb::Information);
+    // An uninstalled chart in the catalogue is passed over.
+    std::filesystem::remove_all(std::filesystem::path(w.HeaderPath("100")).parent_path());
+    ASSERT_TRUE(w.charts.Charts.NewChart("400"));
+    w.charts.View.CentreOnPosition(LatLong{-12 * 3600.0, 50 * 3600.0});
+    w.charts.Charts.ZoomOutChart();
+    EXPECT_EQ(w.dialogs.asked.back().title, "Chart Scale Out");
+    // Start-up's choice at a position: the smallest scale denominator.
+    ASSERT_TRUE(w.charts.Charts.OpenChartAt(50 * 3600.0, -12 * 3600.0));
+    EXPECT_EQ(Trim(w.charts.State.Header.ChartNumber), "300");
+}
+
+}  // namespace
+}  // namespace ombra::test
