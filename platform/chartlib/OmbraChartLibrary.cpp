@@ -446,66 +446,69 @@ void OmbraChartLibrary::RedrawChart(Image& store, const ChartViewState& v, int16
                 colOff[size_t(s)][size_t(x)] = int(rx % ts);
             }
         }
-    std::vector<TiledRaster::Tile> band(rh.TilesAcross);
-    int bandTy = -1;
+    // One band of tiles a sample row; a band is kept while its rows are painted.
+    struct Band {
+        int ty = -1;
+        std::vector<TiledRaster::Tile> tiles;
+    };
+    std::vector<Band> bands(static_cast<size_t>(samples));
+    for (Band& b : bands) b.tiles.resize(rh.TilesAcross);
+    // Paints one row of samples: raster row `ry`, sample column `s`.
+    auto sampleRow = [&](long ry, int s, Band& band, uint32_t* out) {
+        if (ry < 0 || ry >= rhh) {
+            std::fill(out, out + w, background_);
+            return;
+        }
+        int ty = int(ry / ts), yoff = int(ry % ts);
+        if (ty != band.ty) {
+            for (auto& t : band.tiles) t.reset();
+            band.ty = ty;
+        }
+        const int* ct = colTile[size_t(s)].data();
+        const int* co = colOff[size_t(s)].data();
+        int x = 0;
+        while (x < w) {
+            int t = ct[x];
+            if (t < 0) {
+                out[x++] = background_;
+                continue;
+            }
+            auto& tile = band.tiles[size_t(t)];
+            if (!tile) tile = shown_->GetTile(uint32_t(t), uint32_t(ty));
+            const uint8_t* row = tile->data() + size_t(yoff) * size_t(ts);
+            int x0 = x;
+            while (x < w && ct[x] == t) ++x;
+            for (int k = x0; k < x; ++k) out[k] = lut_[row[co[k]]];
+        }
+    };
 
+    std::vector<uint32_t> sample(samples > 1 ? size_t(w) : 0);
+    std::vector<uint32_t> sum(samples > 1 ? size_t(w) * 3 : 0);
     for (int y = 0; y < h; ++y) {
         uint32_t* out = store.pixels.data() + size_t(y) * size_t(w);
         if (samples == 1) {
             double cy = (v.OriginY + (y + 0.5) * v.ViewFactor) * rs;
+            sampleRow(std::isfinite(cy) ? long(std::floor(cy)) : -1, 0, bands[0], out);
+            continue;
+        }
+        // Reducing: the mean of 2 x 2 samples of the chart pixels covered.
+        std::fill(sum.begin(), sum.end(), 0u);
+        for (int sy = 0; sy < samples; ++sy) {
+            double cy = (v.OriginY + (y + (sy + 0.5) / samples) * v.ViewFactor) * rs;
             long ry = std::isfinite(cy) ? long(std::floor(cy)) : -1;
-            if (ry < 0 || ry >= rhh) {
-                std::fill(out, out + w, background_);
-                continue;
-            }
-            int ty = int(ry / ts), yoff = int(ry % ts);
-            if (ty != bandTy) {
-                for (auto& t : band) t.reset();
-                bandTy = ty;
-            }
-            const int* ct = colTile[0].data();
-            const int* co = colOff[0].data();
-            int x = 0;
-            while (x < w) {
-                int t = ct[x];
-                if (t < 0) {
-                    out[x++] = background_;
-                    continue;
+            for (int sx = 0; sx < samples; ++sx) {
+                sampleRow(ry, sx, bands[size_t(sy)], sample.data());
+                for (int x = 0; x < w; ++x) {
+                    uint32_t c = sample[size_t(x)];
+                    sum[size_t(x) * 3] += (c >> 16) & 255;
+                    sum[size_t(x) * 3 + 1] += (c >> 8) & 255;
+                    sum[size_t(x) * 3 + 2] += c & 255;
                 }
-                if (!band[size_t(t)]) band[size_t(t)] = shown_->GetTile(uint32_t(t), uint32_t(ty));
-                const uint8_t* row = band[size_t(t)]->data() + size_t(yoff) * size_t(ts);
-                int x0 = x;
-                while (x < w && ct[x] == t) ++x;
-                for (int k = x0; k < x; ++k) out[k] = lut_[row[co[k]]];
-            }
-        } else {
-            // Reducing: the mean of 2 x 2 samples of the covered chart pixels.
-            for (int x = 0; x < w; ++x) {
-                uint32_t r = 0, g = 0, b = 0, n = 0;
-                for (int sy = 0; sy < samples; ++sy) {
-                    double cy = (v.OriginY + (y + (sy + 0.5) / samples) * v.ViewFactor) * rs;
-                    long ry = std::isfinite(cy) ? long(std::floor(cy)) : -1;
-                    for (int sx = 0; sx < samples; ++sx) {
-                        int t = colTile[size_t(sx)][size_t(x)];
-                        uint32_t c = background_;
-                        if (t >= 0 && ry >= 0 && ry < rhh) {
-                            int ty = int(ry / ts);
-                            if (ty != bandTy) {
-                                for (auto& bt : band) bt.reset();
-                                bandTy = ty;
-                            }
-                            if (!band[size_t(t)]) band[size_t(t)] = shown_->GetTile(uint32_t(t), uint32_t(ty));
-                            c = lut_[(*band[size_t(t)])[size_t(ry % ts) * size_t(ts) + size_t(colOff[size_t(sx)][size_t(x)])]];
-                        }
-                        r += (c >> 16) & 255;
-                        g += (c >> 8) & 255;
-                        b += c & 255;
-                        ++n;
-                    }
-                }
-                out[x] = 0xFF000000u | ((r / n) << 16) | ((g / n) << 8) | (b / n);
             }
         }
+        const uint32_t n = uint32_t(samples * samples);
+        for (int x = 0; x < w; ++x)
+            out[x] = 0xFF000000u | ((sum[size_t(x) * 3] / n) << 16) | ((sum[size_t(x) * 3 + 1] / n) << 8) | (sum[size_t(x) * 3 + 2] / n);
     }
 }
 
