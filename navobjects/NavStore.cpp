@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <filesystem>
+
 #include "core/ErrorReport.h"
 #include "core/Format.h"
 #include "core/Paths.h"
@@ -45,6 +47,16 @@ void NavStore::Refresh() {
     ctx_.chart.Redraw();
 }
 
+void RemoveStaleSaves(const std::string& folder) {
+    std::error_code ec;
+    for (const auto& de : std::filesystem::directory_iterator(ResolvePath(folder), ec)) {
+        std::string n = de.path().filename().string();
+        // ".vst00001.way.tmp-Ab12Cd": a save that never reached its rename.
+        if (n.size() > 18 && n[0] == '.' && LCase(n.substr(1, 3)) == "vst" && n.find(".tmp-") != std::string::npos)
+            std::filesystem::remove(de.path(), ec);
+    }
+}
+
 void NavStore::InitData() {
     ClearAll();
     ctx_.errors.Guard(initName_, [&] {
@@ -53,6 +65,7 @@ void NavStore::InitData() {
         Folder = root + "\\" + kind_.folder + "\\";
         if (!MakeFolder(Folder)) RaiseFault(faults::PathNotFound);
         IndexPath = Folder + "vst00000." + kind_.extension;
+        RemoveStaleSaves(Folder);
         if (!FileExists(IndexPath)) {
             std::string why;
             if (!SaveFileAtomic(IndexPath, "", &why))

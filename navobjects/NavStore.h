@@ -55,6 +55,11 @@ struct ReadOutcome {
     std::string fault;      // the fault's description
 };
 
+// Removes the temporary files of saves that were cut off before their
+// rename (a crash, a power cut) from a store folder; the data files they
+// were meant to replace are whole.
+void RemoveStaleSaves(const std::string& folder);
+
 class NavStore {
 public:
     // `procs`: the names under which faults are reported: init, open, save.
