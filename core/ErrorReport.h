@@ -50,7 +50,7 @@ public:
 
 private:
     Dialogs& dialogs_;
-    const std::string& productName_;
+    std::string productName_;
 };
 
 }  // namespace ombra

@@ -66,7 +66,7 @@ public:
 
 private:
     SettingsBackend& backend_;
-    const std::string& productName_;
+    std::string productName_;
     std::string appPath_;
 };
 
