@@ -1,6 +1,7 @@
 #include "plotter/Plotter.h"
 
 #include "core/Val.h"
+#include "plotter/AisBridge.h"
 
 namespace ombra {
 
@@ -11,7 +12,27 @@ Plotter::Plotter(PlotterServices s)
       loop(s.clock, *this),
       startup(globals, registry, s.dialogs, s.clock, s.events, *this),
       magVar("", s.clock, s.dialogs),
-      deviation("", errors) {}
+      deviation("", errors),
+      portTable(registry, ""),
+      posixComms(s.comms ? nullptr : std::make_unique<PosixComms>(portTable)),
+      comms(s.comms ? *s.comms : *posixComms),
+      ais(s.clock),
+      hooks(*this),
+      chartOps(*this),
+      instruments({registry, units, globals, s.clock, s.events, errors, comms, hooks, chartOps}) {}
+
+// ---- What the instruments ask ------------------------------------------------
+
+void PlotterHooks::ShowCommDialog(CommDialog d) { p_.services.shell.ShowCommDialog(int(d)); }
+void PlotterHooks::DecodeAIS(const std::string& sentence) { p_.ais.DecodeAIS(sentence); }
+bool PlotterHooks::GetOwnVessel(OwnVesselReport& r) { return OwnVesselFromAis(p_.ais, r); }
+void PlotterHooks::SetGPSMenuState(bool on) { p_.services.shell.SetGPSMenuState(on); }
+void PlotterHooks::SetInfoLine(int panel, const std::string& text) { p_.services.shell.SetInfoPanel(panel, text); }
+void PlotterHooks::SetBusyCursor(bool busy) { p_.services.shell.SetBusyCursor(busy); }
+float PlotterHooks::VesselVariation() { return p_.magVar.MagneticVariation(p_.instruments.vessel.vessel.Pos); }
+void PlotterHooks::ShowLostGPS(bool up) { p_.services.shell.ShowLostGPS(up); }
+void PlotterHooks::RefreshSatInfo() { p_.services.shell.RefreshSatInfo(); }
+void PlotterHooks::ConsoleChanged() { p_.services.shell.ConsoleChanged(); }
 
 Plotter::~Plotter() = default;
 
@@ -40,34 +61,40 @@ void Plotter::ApplyOptions(const OptionsValues& values) {
     errors.Guard("FrmOptions", [&] {
         SaveOptions(registry, units, values);
         display = LoadDisplayOptions(registry);
+        instruments.vessel.AutoscrollTime = float(Val(registry.GetSetting(Key::AutoscrollTime)));
     });
 }
 
 // ---- The tick ---------------------------------------------------------------
 
 TickFlags Plotter::Flags() {
+    const CommSettings& s = instruments.settings;
     TickFlags f;
-    f.GyroUseGyroPort = registry.IsTrue(Key::GyroUseGyroPort);
-    f.AISUseGPSPort = registry.IsTrue(Key::AISUseGPSPort);
-    f.AISEnable = Val(registry.GetSetting(Key::AISEnable)) != 0.0;
-    f.AISTimeout = Val(registry.GetSetting(Key::AISTimeout));
-    f.ARPAEnable = Val(registry.GetSetting(Key::ARPAEnable)) != 0.0;
+    f.GyroUseGyroPort = s.GyroUseGyroPort;
+    f.AISUseGPSPort = s.AISUseGPSPort;
+    f.AISEnable = s.AISEnable;
+    f.AISTimeout = s.AISTimeout;
+    f.ARPAEnable = s.ARPAEnable;
     return f;
 }
 
-// Instruments, targets and the vessel are wired here as their modules join
-// the plotter; until then each step has nothing to do.
-bool Plotter::ReadGPSPort() { return false; }
-void Plotter::ReadGyroPort() {}
-void Plotter::ReadAISPort() {}
-void Plotter::AisTimeout(double) {}
-void Plotter::ReadARPAPort() {}
+bool Plotter::ReadGPSPort() { return instruments.comm.ReadGPSPort(); }
+void Plotter::ReadGyroPort() { instruments.comm.ReadGyroPort(); }
+void Plotter::ReadAISPort() { instruments.comm.ReadAISPort(); }
+void Plotter::AisTimeout(double seconds) { ais.AisTimeout(seconds); }
+void Plotter::ReadARPAPort() { instruments.comm.ReadARPAPort(); }
+// Tracked targets arrive with their own module; until then there is no file to poll.
 void Plotter::PollTrackingFile() {}
-bool Plotter::UpdateVesselPos() { return false; }
-bool Plotter::VesselActive() { return false; }
+bool Plotter::UpdateVesselPos() {
+    lastStatus = instruments.vessel.UpdateVesselPos();
+    return lastStatus != 0;
+}
+bool Plotter::VesselActive() { return instruments.vessel.VesselActive(); }
+// The target consoles arrive with the targets' module.
 void Plotter::UpdateTargetConsoles() {}
-void Plotter::NmeaOutput(bool) {}
-void Plotter::AutoscrollCheck() {}
+// The burst takes the 16-bit status of the last cycle, not just "a fix".
+void Plotter::NmeaOutput(bool) { instruments.output.NmeaOutput(lastStatus); }
+void Plotter::AutoscrollCheck() { instruments.vessel.AutoscrollCheck(); }
 void Plotter::ShowClock(const std::string& text) { services.shell.SetInfoPanel(5, text); }
 
 // ---- Start-up and shutdown --------------------------------------------------
@@ -84,15 +111,24 @@ void Plotter::SaveSystemPalette() {}
 void Plotter::RestoreSystemPalette() {}
 bool Plotter::ShowSplash() { return services.shell.ShowSplash(); }
 void Plotter::CloseSplash() { services.shell.CloseSplash(); }
-void Plotter::LoadCommsSettings() {}
+void Plotter::LoadCommsSettings() {
+    portTable.SetBaseFolder(globals.AppPath);
+    instruments.LoadCommsSettings();
+}
 void Plotter::LoadDisplaySettings() { display = LoadDisplayOptions(registry); }
-void Plotter::LoadUnitsConsoleAndOverlays() { units.LoadUnits(registry); }
+void Plotter::LoadUnitsConsoleAndOverlays() {
+    units.LoadUnits(registry);
+    instruments.LoadConsoleSettings();
+}
 void Plotter::LoadChartFolders() {}
 void Plotter::LoadNavObjects() {}
-void Plotter::LoadVesselSettings() { deviation.ReadDeviateDat(); }
+void Plotter::LoadVesselSettings() {
+    instruments.vessel.LoadVesselSettings();
+    deviation.ReadDeviateDat();
+}
 void Plotter::LoadWaypoints() {}
 void Plotter::ApplyPaletteMode(int16_t mode) { PaletteMode = (mode >= 0 && mode <= 2) ? mode : 0; }
-void Plotter::ReadLastFileDataStamp() {}
+void Plotter::ReadLastFileDataStamp() { instruments.vessel.ReadLastFileDataStamp(); }
 void Plotter::ReadBoatOutline(const std::string&) {}
 void Plotter::InitialiseData() {}
 void Plotter::InitialiseControls() {}
@@ -110,12 +146,12 @@ std::string Plotter::ShowDisclaimer(const std::string& title, const std::string&
     return services.shell.ShowDisclaimer(title, text);
 }
 void Plotter::OpenChartAt(double, double) {}
-void Plotter::StartGPS() {}
+void Plotter::StartGPS() { instruments.comm.StartGPS(); }
 void Plotter::OpenChartNumber(const std::string&) {}
 void Plotter::EnableMainTimer() { services.shell.EnableMainTimer(); }
 void Plotter::ActivateCommandRoute(const std::string&) {}
 void Plotter::EndCurrentTool() { globals.CurrentTool = 0; }
-void Plotter::StopGPS() {}
+void Plotter::StopGPS() { instruments.comm.StopGPS(); }
 void Plotter::CloseStores() {}
 void Plotter::CloseChart() {}
 void Plotter::EndProcess() {

@@ -20,6 +20,11 @@
 #include "core/Units.h"
 #include "navmath/Deviation.h"
 #include "navmath/MagVar.h"
+#include "instruments/Instruments.h"
+#include "platform/ais/AisDecoder.h"
+#include "platform/api/Comms.h"
+#include "platform/comms/PortTable.h"
+#include "platform/comms/PosixComms.h"
 #include "plotter/Shell.h"
 #include "platform/api/Clock.h"
 #include "platform/api/Dialogs.h"
@@ -33,6 +38,39 @@ struct PlotterServices {
     Clock& clock;
     Events& events;
     Shell& shell;
+    // The ports; when null the plotter opens real ones (serial, network,
+    // file replay) through its port table.
+    Comms* comms = nullptr;
+};
+
+class Plotter;
+
+// What the instruments ask of the rest of the plotter.
+class PlotterHooks : public InstrumentHooks {
+public:
+    explicit PlotterHooks(Plotter& p) : p_(p) {}
+    void ShowCommDialog(CommDialog d) override;
+    void DecodeAIS(const std::string& sentence) override;
+    bool GetOwnVessel(OwnVesselReport& r) override;
+    void SetGPSMenuState(bool on) override;
+    void SetInfoLine(int panel, const std::string& text) override;
+    void SetBusyCursor(bool busy) override;
+    float VesselVariation() override;
+    void ShowLostGPS(bool up) override;
+    void RefreshSatInfo() override;
+    void ConsoleChanged() override;
+
+private:
+    Plotter& p_;
+};
+
+// The chart in view, as the vessel needs it.
+class PlotterChartOps : public ChartOps {
+public:
+    explicit PlotterChartOps(Plotter& p) : p_(p) {}
+
+private:
+    [[maybe_unused]] Plotter& p_;
 };
 
 class Plotter : public TickSteps, public StartupSteps {
@@ -59,6 +97,16 @@ public:
     Startup startup;
     MagVar magVar;
     Deviation deviation;
+    PortTable portTable;
+    std::unique_ptr<PosixComms> posixComms;
+    Comms& comms;
+    AisDecoder ais;
+    PlotterHooks hooks;
+    PlotterChartOps chartOps;
+    Instruments instruments;
+    // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
+    // NMEA burst's status letters come from it.
+    int16_t lastStatus = 0;
     bool exited = false;
 
     // TickSteps

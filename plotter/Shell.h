@@ -26,6 +26,15 @@ public:
     // The information line: panel 1 messages and prompts, 2 the age line,
     // 3 the GPS status, 4 the chart's depth units, 5 the clock.
     virtual void SetInfoPanel(int panel, const std::string& text) = 0;
+
+    // Window-side events of the instruments; a shell without the windows
+    // ignores them.
+    virtual void ShowCommDialog(int /*CommDialog*/) {}
+    virtual void ShowLostGPS(bool) {}
+    virtual void RefreshSatInfo() {}
+    virtual void ConsoleChanged() {}
+    virtual void SetGPSMenuState(bool) {}
+    virtual void SetBusyCursor(bool) {}
 };
 
 }  // namespace ombra

@@ -16,8 +16,7 @@ fi
   echo "[Tarnel]"
   echo "AutoStartupGPS=2"
   echo "AutoStartupChart=True"
-  if [ -f "$root/data/demo/demo-passage.nmea" ]; then
-    echo "PortDevice1=file://$root/data/demo/demo-passage.nmea"
-  fi
+  echo "GPSPort=8"
+  echo "ComPort8=file://$root/data/demo/ombra-demo.nmea"
 } > "$ini"
 touch "$stamp"

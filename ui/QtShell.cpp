@@ -9,12 +9,16 @@
 #include "ui/FrmDisclaimer.h"
 #include "ui/FrmMain.h"
 #include "ui/FrmOptions.h"
+#include "ui/InstrumentCommands.h"
 
 namespace ombra {
 
 QtShell::QtShell(QtDialogs& dialogs, bool unattended) : dialogs_(dialogs), unattended_(unattended) {}
 
-QtShell::~QtShell() = default;
+QtShell::~QtShell() {
+    // The commands hold the window; they go first.
+    instruments_.reset();
+}
 
 bool QtShell::ShowSplash() {
     if (unattended_) return false;
@@ -32,8 +36,10 @@ void QtShell::CloseSplash() {
 }
 
 void QtShell::CreateMainWindow(const std::string& caption) {
+    instruments_.reset();
     main_ = std::make_unique<FrmMain>(*plotter_);
     main_->setWindowTitle(Q(caption));
+    instruments_ = std::make_unique<InstrumentCommands>(*main_, *plotter_);
     dialogs_.SetParent(main_.get());
 }
 
@@ -49,6 +55,7 @@ void QtShell::BuildMenus() {
     if (!main_) return;
     main_->BuildMenus();
     main_->Bind("MOptions", [this] { RunOptions(); });
+    if (instruments_) instruments_->Bind();
     main_->Bind("MDeviation", [this] {
         FrmDeviation card(main_.get(), plotter_->deviation);
         card.exec();
@@ -113,6 +120,32 @@ void QtShell::RunOptions() {
     FrmOptions dlg(main_.get(), v);
     dlg.exec();
     if (dlg.Result() != "Cancel") plotter_->ApplyOptions(dlg.Values());
+}
+
+}  // namespace ombra
+
+namespace ombra {
+
+void QtShell::ShowCommDialog(int which) {
+    if (instruments_ && !unattended_) instruments_->ShowCommDialog(which);
+}
+void QtShell::ShowLostGPS(bool up) {
+    if (instruments_ && !unattended_) instruments_->ShowLostGPS(up);
+}
+void QtShell::RefreshSatInfo() {
+    if (instruments_) instruments_->RefreshSatInfo();
+}
+void QtShell::ConsoleChanged() {
+    if (instruments_) instruments_->ConsoleChanged();
+}
+void QtShell::SetGPSMenuState(bool on) {
+    if (instruments_) instruments_->SetGPSMenuState(on);
+}
+void QtShell::SetBusyCursor(bool busy) {
+    if (busy == busyCursor_) return;
+    busyCursor_ = busy;
+    if (busy) QApplication::setOverrideCursor(Qt::WaitCursor);
+    else QApplication::restoreOverrideCursor();
 }
 
 }  // namespace ombra

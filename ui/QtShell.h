@@ -11,6 +11,7 @@
 namespace ombra {
 
 class FrmMain;
+class InstrumentCommands;
 class FrmSplash;
 class Plotter;
 class QtDialogs;
@@ -38,6 +39,12 @@ public:
     void EnableMainTimer() override;
     void EndProcess() override;
     void SetInfoPanel(int panel, const std::string& text) override;
+    void ShowCommDialog(int which) override;
+    void ShowLostGPS(bool up) override;
+    void RefreshSatInfo() override;
+    void ConsoleChanged() override;
+    void SetGPSMenuState(bool on) override;
+    void SetBusyCursor(bool busy) override;
 
     // The Options command: end any tool, fill the dialog, run it, save.
     void RunOptions();
@@ -48,6 +55,8 @@ private:
     Plotter* plotter_ = nullptr;
     std::unique_ptr<FrmMain> main_;
     std::unique_ptr<FrmSplash> splash_;
+    std::unique_ptr<InstrumentCommands> instruments_;
+    bool busyCursor_ = false;
     int windowState_ = 2;
     bool hasRect_ = false;
     bool ended_ = false;

@@ -24,6 +24,7 @@
 #include <sstream>
 #include <string>
 
+#include "plotter/AisBridge.h"
 #include "app/cli/CliCommand.h"
 #include "core/ErrorReport.h"
 #include "core/Format.h"
@@ -63,17 +64,7 @@ class CliHooks : public InstrumentHooks {
 public:
     explicit CliHooks(AisDecoder& ais) : ais_(ais) {}
     void DecodeAIS(const std::string& s) override { ais_.DecodeAIS(s); }
-    bool GetOwnVessel(OwnVesselReport& r) override {
-        AisTarget t{};
-        if (ais_.GetOwnVessel(t) == 0) return false;
-        r.Latitude = t.Latitude;
-        r.Longitude = t.Longitude;
-        r.Speed = t.Speed;
-        r.Course = t.Course;
-        r.Heading = t.Heading;
-        r.FixQuality = t.Spare;
-        return true;
-    }
+    bool GetOwnVessel(OwnVesselReport& r) override { return OwnVesselFromAis(ais_, r); }
 
 private:
     AisDecoder& ais_;
