@@ -1,0 +1,116 @@
+// The plotter as one piece: start-up over fake services, then ticks that
+// carry sentences from a port to the vessel, the console and the NMEA
+// burst, and the exit sequence that closes the port.
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "core/Val.h"
+#include "platform/comms/ScriptedComms.h"
+#include "platform/fake/ManualClock.h"
+#include "platform/fake/MemorySettings.h"
+#include "platform/fake/ScriptedDialogs.h"
+#include "plotter/Plotter.h"
+#include "tests/support/TestSupport.h"
+
+using namespace ombra;
+
+namespace {
+struct RecordingShell : Shell {
+    std::map<int, std::string> panels;
+    std::vector<std::string> log;
+    int consoleChanges = 0;
+    bool ShowSplash() override { return false; }
+    void CloseSplash() override {}
+    void CreateMainWindow(const std::string& c) override { log.push_back("window " + c); }
+    void ApplyWindowState(int) override {}
+    void ApplyWindowRect(double, double, double, double) override {}
+    void BuildMenus() override {}
+    void InitRunMenu(bool, bool) override {}
+    void LoadCommsForms() override {}
+    void ShowMainWindow() override {}
+    int DisplayColours() override { return -1; }
+    void ShowColourWarning() override {}
+    std::string ShowDisclaimer(const std::string&, const std::string&) override { return "Accept"; }
+    void EnableMainTimer() override { log.push_back("timer"); }
+    void EndProcess() override { log.push_back("end"); }
+    void SetInfoPanel(int panel, const std::string& text) override { panels[panel] = text; }
+    void ConsoleChanged() override { ++consoleChanges; }
+    void SetGPSMenuState(bool on) override { log.push_back(on ? "gps menu on" : "gps menu off"); }
+};
+
+std::string WithChecksum(const std::string& body) {
+    unsigned char sum = 0;
+    for (char c : body) sum ^= static_cast<unsigned char>(c);
+    char buf[8];
+    std::snprintf(buf, sizeof buf, "*%02X\r\n", sum);
+    return "$" + body + buf;
+}
+
+struct Harness {
+    test::TempDir dir;
+    MemorySettings store;
+    ScriptedDialogs dialogs;
+    ManualClock clock;
+    NoEvents events;
+    RecordingShell shell;
+    ScriptedComms comms;
+    Plotter plotter{{store, dialogs, clock, events, shell, &comms}};
+    Harness() {
+        store.Write("Vestrane", "Tarnel", "AutoStartupGPS", "2");  // start the GPS without asking
+        store.Write("Vestrane", "Tarnel", "GPSPort", "1");
+        clock.now = DateTime{2026, 11, 23, 10, 0, 0, 0};
+    }
+    bool Start() { return plotter.Start("NOSPLASH", dir / "ombra", dir / "home", ""); }
+    // One second of ticks, with `line` fed at its start.
+    void Second(const std::string& line) {
+        if (!line.empty()) comms.Feed(1, line);
+        for (int i = 0; i < 10; ++i) {
+            plotter.Tick();
+            clock.Advance(0.1);
+        }
+    }
+};
+}  // namespace
+
+TEST(Plotter, AFixFromThePortMovesTheVesselAndGoesOutAgainAsNMEA) {
+    Harness h;
+    ASSERT_TRUE(h.Start());
+    EXPECT_EQ(h.comms.opened.count(1), 1u);  // the GPS port is open at 4800
+    EXPECT_EQ(h.comms.opened[1], 4800);
+    for (int s = 0; s < 5; ++s) {
+        char t[16];
+        std::snprintf(t, sizeof t, "1000%02d", s);
+        h.Second(WithChecksum(std::string("GPGGA,") + t + ",5000.000,N,01200.000,W,1,08,0.9,5.0,M,50.0,M,,"));
+        h.comms.Feed(1, WithChecksum("GPVTG,090.0,T,,M,6.0,N,11.1,K"));
+    }
+    const Vessel& v = h.plotter.instruments.vessel.vessel;
+    EXPECT_TRUE(h.plotter.VesselActive());
+    EXPECT_NEAR(v.Pos.Lat, 50 * 3600.0, 1e-6);
+    EXPECT_NEAR(v.Pos.Long, -12 * 3600.0, 1e-6);
+    EXPECT_NEAR(v.COG, 90.0, 1e-6);
+    EXPECT_NEAR(v.SOG, 6.0, 1e-6);
+    EXPECT_EQ(h.plotter.instruments.console.StatusText, "RAW GPS");
+    EXPECT_GT(h.shell.consoleChanges, 0);
+    // The burst went out on the GPS port, every two seconds at most.
+    std::string out = h.comms.Written(1);
+    size_t rmc = 0;
+    for (size_t p = out.find("$GPRMC"); p != std::string::npos; p = out.find("$GPRMC", p + 1)) ++rmc;
+    EXPECT_GE(rmc, 2u);
+    EXPECT_LE(rmc, 3u);
+    EXPECT_NE(out.find(",5000.000,N,01200.000,W,"), std::string::npos) << out.substr(0, 300);
+    EXPECT_EQ(h.shell.panels[5], "10:00");
+}
+
+TEST(Plotter, SilenceAfterAFixLosesTheGPSAndTheExitSequenceClosesThePort) {
+    Harness h;
+    ASSERT_TRUE(h.Start());
+    h.Second(WithChecksum("GPGGA,100000,5000.000,N,01200.000,W,1,08,0.9,5.0,M,50.0,M,,"));
+    ASSERT_EQ(h.plotter.instruments.console.StatusText, "RAW GPS");
+    for (int s = 0; s < 25; ++s) h.Second("");  // GPSDelay is 20 s
+    EXPECT_NE(h.plotter.instruments.console.StatusText, "RAW GPS");
+    EXPECT_TRUE(h.plotter.VesselActive());  // lost GPS dead-reckons on
+    h.plotter.Close(0, 0, 0, 800, 600);
+    EXPECT_EQ(h.comms.opened.count(1), 0u);
+    EXPECT_EQ(h.shell.log.back(), "end");
+}
