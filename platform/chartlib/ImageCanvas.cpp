@@ -265,18 +265,19 @@ void ImageCanvas::PolyBezier(const std::vector<ChartPoint>& p) {
 }
 
 void ImageCanvas::Ellipse(const PixelRect& r) {
-    double cx = (r.left + r.right - 1) / 2.0, cy = (r.top + r.bottom - 1) / 2.0;
-    double rx = (r.right - r.left - 1) / 2.0, ry = (r.bottom - r.top - 1) / 2.0;
+    double cx = (double(r.left) + r.right - 1) / 2.0, cy = (double(r.top) + r.bottom - 1) / 2.0;
+    double rx = (double(r.right) - r.left - 1) / 2.0, ry = (double(r.bottom) - r.top - 1) / 2.0;
     if (rx < 0 || ry < 0) return;
+    PixelRect b = Bounds();
     if (brush_.style != BrushStyle::Null) {
-        for (int y = r.top; y < r.bottom; ++y) {
+        for (int y = std::max(r.top, b.top); y < std::min(r.bottom, b.bottom); ++y) {
             double dy = ry > 0 ? (y - cy) / ry : 0;
             if (std::fabs(dy) > 1) continue;
             double half = rx * std::sqrt(1 - dy * dy);
             Span(y, int(std::ceil(cx - half)), int(std::floor(cx + half)) + 1, brush_.colour);
         }
     }
-    int n = std::clamp(int((rx + ry) * 2), 8, 720);
+    int n = int(std::clamp((rx + ry) * 2, 8.0, 720.0));
     std::vector<ChartPoint> ring;
     for (int i = 0; i <= n; ++i) {
         double a = 2 * M_PI * i / n;
@@ -286,14 +287,16 @@ void ImageCanvas::Ellipse(const PixelRect& r) {
 }
 
 void ImageCanvas::Rectangle(const PixelRect& r) {
+    PixelRect b = Bounds();
     if (brush_.style != BrushStyle::Null)
-        for (int y = r.top; y < r.bottom; ++y) Span(y, r.left, r.right, brush_.colour);
+        for (int y = std::max(r.top, b.top); y < std::min(r.bottom, b.bottom); ++y) Span(y, r.left, r.right, brush_.colour);
     if (r.right > r.left && r.bottom > r.top)
         Polyline({{r.left, r.top}, {r.right - 1, r.top}, {r.right - 1, r.bottom - 1}, {r.left, r.bottom - 1}, {r.left, r.top}});
 }
 
 void ImageCanvas::FillRect(const PixelRect& r, Rgb colour) {
-    for (int y = r.top; y < r.bottom; ++y) Span(y, r.left, r.right, colour);
+    PixelRect b = Bounds();
+    for (int y = std::max(r.top, b.top); y < std::min(r.bottom, b.bottom); ++y) Span(y, r.left, r.right, colour);
 }
 
 int ImageCanvas::Scale() const { return std::max(1, (font_.pointSize + 4) / 8); }

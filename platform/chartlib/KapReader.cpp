@@ -39,6 +39,14 @@ std::vector<std::string> SplitCommas(std::string_view s) {
     return out;
 }
 
+// A whole number from header text, held within [lo, hi] (not a number: lo).
+int IntField(std::string_view text, int lo, int hi) {
+    double v = Val(text);
+    if (!(v >= lo)) return lo;
+    if (v > hi) return hi;
+    return int(v);
+}
+
 // "mm/dd/yyyy", "yyyy-mm-dd", "dd/mm/yyyy" when the first number passes 12:
 // YYYYMMDD, or "" when the text is no date.
 std::string DateText(const std::string& s) {
@@ -173,17 +181,17 @@ bool KapReader::ParseHeader(size_t headerEnd) {
     auto colourTable = [&](std::vector<int64_t>& table, const std::string& line) {
         auto f = SplitCommas(std::string_view(line).substr(4));
         if (f.size() < 4) return true;
-        int idx = int(Val(f[0]));
+        int idx = IntField(f[0], -1, kMaxColours + 1);
         if (idx < 0 || idx > kMaxColours) return Fail("The chart file's colour table has an entry " + f[0] + " out of range.");
         if (table.size() < size_t(idx) + 1) table.resize(size_t(idx) + 1, -1);
-        auto ch = [](const std::string& s) { return int64_t(std::clamp(int(Val(s)), 0, 255)); };
+        auto ch = [](const std::string& s) { return int64_t(IntField(s, 0, 255)); };
         table[size_t(idx)] = int64_t(MakeRgb(int(ch(f[1])), int(ch(f[2])), int(ch(f[3]))));
         return true;
     };
     auto polynomial = [](const std::string& line, int& order, std::vector<double>& coeffs) {
         auto f = SplitCommas(std::string_view(line).substr(4));
         if (f.empty() || !IsNumeric(f[0])) return;
-        order = int(Val(f[0]));
+        order = IntField(f[0], 0, 100);
         coeffs.clear();
         for (size_t i = 1; i < f.size() && coeffs.size() < 10; ++i)
             if (IsNumeric(f[i])) coeffs.push_back(Val(f[i]));
@@ -205,11 +213,11 @@ bool KapReader::ParseHeader(size_t headerEnd) {
             h_.Number = KapField(line, "NU");
             auto ra = SplitCommas(KapField(line, "RA"));
             if (tag == "NOS" && ra.size() >= 4) {
-                h_.Width = int(std::clamp(Val(ra[2]), -1.0, 1e9));
-                h_.Height = int(std::clamp(Val(ra[3]), -1.0, 1e9));
+                h_.Width = IntField(ra[2], -1, 1000000000);
+                h_.Height = IntField(ra[3], -1, 1000000000);
             } else if (ra.size() >= 2) {
-                h_.Width = int(std::clamp(Val(ra[0]), -1.0, 1e9));
-                h_.Height = int(std::clamp(Val(ra[1]), -1.0, 1e9));
+                h_.Width = IntField(ra[0], -1, 1000000000);
+                h_.Height = IntField(ra[1], -1, 1000000000);
             }
         } else if (tag == "KNP") {
             h_.Scale = KapField(line, "SC");
@@ -245,7 +253,7 @@ bool KapReader::ParseHeader(size_t headerEnd) {
                 h_.DtmLon = Val(f[1]);
             }
         } else if (tag == "IFM") {
-            h_.Ifm = int(Val(rest));
+            h_.Ifm = IntField(rest, 0, 255);
         } else if (tag == "WPX") {
             polynomial(line, h_.WpxOrder, h_.Wpx);
         } else if (tag == "WPY") {

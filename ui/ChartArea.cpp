@@ -1,0 +1,128 @@
+#include "ui/ChartArea.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+
+#include "platform/qt/QtServices.h"
+
+namespace ombra {
+
+ChartArea::ChartArea(ChartModule& charts, QWidget* parent) : QWidget(parent), charts_(charts) {
+    setObjectName("PicNavCanvas");
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMinimumSize(200, 150);
+    redrawTimer_.setSingleShot(true);
+    redrawTimer_.setInterval(0);
+    connect(&redrawTimer_, &QTimer::timeout, this, &ChartArea::Redraw);
+    charts_.View.RedrawRequested = [this] { RequestRedraw(); };
+    charts_.View.Refresh = [this] { update(); };
+}
+
+void ChartArea::RequestRedraw() {
+    if (!redrawTimer_.isActive()) redrawTimer_.start();
+}
+
+void ChartArea::Redraw() {
+    if (store_.size() != size()) {
+        store_ = QImage(size(), QImage::Format_ARGB32);
+        store_.fill(Qt::lightGray);
+    }
+    if (!charts_.Charts.ChartIsOpen()) {
+        update();
+        return;
+    }
+    QPainter p(&store_);
+    PainterCanvas canvas(p, store_.width(), store_.height());
+    charts_.View.RedrawNavCanvas(canvas);
+}
+
+void ChartArea::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    if (!charts_.Charts.ChartIsOpen() || store_.isNull()) {
+        p.fillRect(rect(), QColor(216, 216, 216));
+        p.setPen(Qt::black);
+        p.drawText(rect(), Qt::AlignCenter, "No Chart Selected\nPlease select a Chart using the Chart menu");
+        return;
+    }
+    p.drawImage(0, 0, store_);
+}
+
+void ChartArea::resizeEvent(QResizeEvent*) {
+    charts_.View.SetViewSize(width(), height());
+    Redraw();
+}
+
+namespace {
+ChartPoint PointOf(const QPointF& p) { return {int32_t(p.x()), int32_t(p.y())}; }
+}  // namespace
+
+void ChartArea::mousePressEvent(QMouseEvent* e) {
+    ChartPoint at = PointOf(e->position());
+    LatLong pos;
+    bool on = charts_.View.ScreenToPosition(at, pos);
+    int button = e->button() == Qt::RightButton ? 2 : 1;
+    if (OnClick && OnClick(at, on, pos, button, false)) return;
+    if (e->button() == Qt::LeftButton && (!DragAllowed || DragAllowed())) {
+        pressed_ = true;
+        charts_.View.BeginDrag(at);
+        setCursor(Qt::ClosedHandCursor);
+    }
+}
+
+void ChartArea::mouseMoveEvent(QMouseEvent* e) {
+    ChartPoint at = PointOf(e->position());
+    if (pressed_) charts_.View.DragTo(at);
+    if (OnMouseMove) {
+        LatLong pos;
+        bool on = charts_.View.ScreenToPosition(at, pos);
+        OnMouseMove(at, on, pos);
+    }
+}
+
+void ChartArea::mouseReleaseEvent(QMouseEvent*) {
+    if (!pressed_) return;
+    pressed_ = false;
+    charts_.View.EndDrag();
+    unsetCursor();
+}
+
+void ChartArea::mouseDoubleClickEvent(QMouseEvent* e) {
+    ChartPoint at = PointOf(e->position());
+    LatLong pos;
+    bool on = charts_.View.ScreenToPosition(at, pos);
+    if (OnClick) OnClick(at, on, pos, e->button() == Qt::RightButton ? 2 : 1, true);
+}
+
+void ChartArea::wheelEvent(QWheelEvent* e) {
+    int steps = e->angleDelta().y() / 120;
+    if (steps == 0) steps = e->angleDelta().y() > 0 ? 1 : e->angleDelta().y() < 0 ? -1 : 0;
+    if (e->modifiers() & Qt::ControlModifier) {
+        charts_.View.WheelZoom(steps, PointOf(e->position()));
+    } else if (e->modifiers() & Qt::ShiftModifier) {
+        charts_.View.ScrollBy(-steps * width() / 8, 0);
+    } else {
+        charts_.View.ScrollBy(0, -steps * height() / 8);
+    }
+    e->accept();
+}
+
+void ChartArea::keyPressEvent(QKeyEvent* e) {
+    switch (e->key()) {
+    case Qt::Key_Left: charts_.View.ScrollBy(-width() / 10, 0); break;
+    case Qt::Key_Right: charts_.View.ScrollBy(width() / 10, 0); break;
+    case Qt::Key_Up: charts_.View.ScrollBy(0, -height() / 10); break;
+    case Qt::Key_Down: charts_.View.ScrollBy(0, height() / 10); break;
+    case Qt::Key_PageUp: charts_.View.ScrollBy(0, -height()); break;
+    case Qt::Key_PageDown: charts_.View.ScrollBy(0, height()); break;
+    case Qt::Key_Plus:
+    case Qt::Key_Equal: charts_.View.PixelZoomIn(); break;
+    case Qt::Key_Minus: charts_.View.PixelZoomOut(); break;
+    default: QWidget::keyPressEvent(e); return;
+    }
+}
+
+}  // namespace ombra
