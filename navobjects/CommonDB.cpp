@@ -85,12 +85,17 @@ std::string IndexLine(const DBEntry& entry) {
 }
 
 std::vector<DBEntry> ReadIndex(const std::string& indexPath, int* badLine) {
-    std::vector<DBEntry> out;
     if (badLine) *badLine = 0;
     auto text = ReadWholeFile(ResolvePath(indexPath));
-    if (!text) return out;
+    if (!text) return {};
+    return ParseIndexText(*text, badLine);
+}
+
+std::vector<DBEntry> ParseIndexText(const std::string& text, int* badLine) {
+    std::vector<DBEntry> out;
+    if (badLine) *badLine = 0;
     int n = 0;
-    for (const std::string& line : RawLines(*text)) {
+    for (const std::string& line : RawLines(text)) {
         ++n;
         DBEntry e;
         if (ParseIndexLine(line, e)) out.push_back(e);

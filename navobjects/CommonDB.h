@@ -56,6 +56,8 @@ struct DBEntry {
 // Reads an index: its entries in order. Lines that are not two values are
 // skipped; `badLine` (if given) gets the first of them (0: none).
 std::vector<DBEntry> ReadIndex(const std::string& indexPath, int* badLine = nullptr);
+// The same, from the index's text.
+std::vector<DBEntry> ParseIndexText(const std::string& text, int* badLine = nullptr);
 // Adds one line at the end of the index; false when it cannot be written.
 bool AppendIndex(const std::string& indexPath, const DBEntry& entry);
 // Drops the first line that reads as `entry` (name and file); other lines,
