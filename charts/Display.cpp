@@ -31,6 +31,13 @@ Display::Display(ChartLibrary& library, Dialogs& dialogs, ErrorReporter& errors,
 void Display::SetViewSize(int width, int height) {
     width = std::max(0, width);
     height = std::max(0, height);
+    // A view that had no size keeps its top-left corner (the starting view
+    // of a chart opened before its window was shown); otherwise its centre.
+    if (view_.Width == 0 || view_.Height == 0) {
+        view_.Width = width;
+        view_.Height = height;
+        return;
+    }
     double cx = view_.OriginX + view_.Width / 2.0 * view_.ViewFactor;
     double cy = view_.OriginY + view_.Height / 2.0 * view_.ViewFactor;
     view_.Width = width;
