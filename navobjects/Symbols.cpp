@@ -304,7 +304,7 @@ bool SymbolStrips::Parse(const std::string& text, std::string* why) {
     std::map<char, uint32_t> colours;
     while (n < lines.size() && lines[n].rfind("colour ", 0) == 0) {
         const std::string& l = lines[n];
-        if (l.size() != 18 || l[8] != ' ') return fail(int(n + 1), "a colour line is \"colour C AARRGGBB\"");
+        if (l.size() != 17 || l[8] != ' ') return fail(int(n + 1), "a colour line is \"colour C AARRGGBB\"");
         uint32_t v = 0;
         for (size_t i = 9; i < 17; ++i) {
             char c = l[i];

@@ -216,3 +216,51 @@ TEST_F(Drawing, DividersAndVectorsLabelTheirMeasure) {
 
 }  // namespace
 }  // namespace ombra::test
+
+namespace ombra::test {
+namespace {
+
+TEST(SymbolFile, TheShippedStripsAreOmbrasOwnArt) {
+    SymbolStrips built;
+    std::string shipped = ReadFile(SourcePath("data/install/dat/WPSymbols.txt"));
+    EXPECT_EQ(shipped, built.Text());
+    SymbolStrips read;
+    std::string why;
+    ASSERT_TRUE(read.Parse(shipped, &why)) << why;
+    for (int16_t i = 0; i < kSymbolCount; ++i) {
+        EXPECT_EQ(read.Cell(i, false).pixels, built.Cell(i, false).pixels) << kSymbolNames[i];
+        EXPECT_EQ(read.Cell(i, true).pixels, built.Cell(i, true).pixels) << kSymbolNames[i];
+    }
+}
+
+TEST(SymbolFile, ADamagedFileIsNotUsedAndSaysWhere) {
+    std::string text = SymbolStrips().Text();
+    struct {
+        std::string bytes;
+        const char* where;
+    } cases[] = {
+        {"", "line 1"},
+        {text.substr(0, text.size() / 2), "a row is 592 codes"},
+        {text.substr(0, text.find("strip active") + 13), "the strip ends early"},
+        {std::string(text).replace(text.find("strip active"), 12, "strip passive"), "strip active"},
+        {std::string(text).replace(text.find("colour ") + 9, 1, "z"), "hexadecimal"},
+    };
+    for (const auto& c : cases) {
+        SymbolStrips s;
+        Image before = s.Cell(3, false);
+        std::string why;
+        EXPECT_FALSE(s.Parse(c.bytes, &why));
+        EXPECT_NE(why.find(c.where), std::string::npos) << why;
+        EXPECT_EQ(s.Cell(3, false).pixels, before.pixels);
+    }
+    NavWorld w;
+    w.globals.AppPath = w.dir.path() + "/";
+    WriteFile(w.Path("dat/WPSymbols.txt"), "OMBRA-SYMBOLS 1\nsize 16 count 99\n");
+    ActiveLeg leg;
+    NavObjects nav(w.ctx, leg);
+    nav.LoadWaypoints();
+    EXPECT_NE(nav.SymbolFileProblem.find("WPSymbols.txt: line 2"), std::string::npos) << nav.SymbolFileProblem;
+}
+
+}  // namespace
+}  // namespace ombra::test
