@@ -287,7 +287,7 @@ bool SymbolStrips::Parse(const std::string& text, std::string* why) {
     };
     std::vector<std::string> lines;
     size_t b = 0;
-    while (b <= text.size() && lines.size() < 100) {
+    while (b < text.size() && lines.size() < 100) {
         size_t e = text.find('\n', b);
         if (e == std::string::npos) e = text.size();
         std::string l = text.substr(b, e - b);
