@@ -1,0 +1,59 @@
+// FrmBoundary ("Boundary", titled "Boundary 001"): one boundary alarm:
+// TxtName, TxtDescription, ChkFilled ("Filled"), the option group
+// OptEntryExit ("Alarm On VesselEntry", "Alarm On Vessel Exit"), the
+// colour and hatch combos with their images, the "Datums" group ("Chart",
+// "WGS84") of the position columns, and the mark list PicBoundaryMarks
+// ("No.", "Name", "Display", "Latitude", "Longitude"); a double click on a
+// mark opens FrmWayPoint as "Boundary Mark 3". OK stores the colours and
+// flags and redraws the chart.
+#pragma once
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTableWidget>
+
+namespace ombra {
+
+class Boundaries;
+class NavChart;
+
+class FrmBoundary : public QDialog {
+    Q_OBJECT
+public:
+    FrmBoundary(QWidget* owner, Boundaries& store, NavChart& chart, int16_t boundary);
+    void Refill();
+
+    QLineEdit *TxtName, *TxtDescription;
+    QCheckBox* ChkFilled;
+    QRadioButton *OptEntry, *OptExit, *OptDatumChart, *OptDatumWGS84;
+    QComboBox *ComboColour, *ComboPattern;
+    QTableWidget* PicBoundaryMarks;
+    QPushButton *ComOK, *ComCancel;
+
+private:
+    Boundaries& store_;
+    NavChart& chart_;
+    int16_t boundary_;
+};
+
+class FrmBoundaryDB : public QDialog {
+    Q_OBJECT
+public:
+    FrmBoundaryDB(QWidget* owner, Boundaries& store, NavChart& chart);
+    void Refill();
+
+    QTableWidget* PicBoundaries;
+    QPushButton *ComDisplay, *ComDelete, *ComProperties;
+
+private:
+    int16_t SelectedSlot() const;
+    void EnableButtons();
+    Boundaries& store_;
+    NavChart& chart_;
+    std::vector<int16_t> slots_;
+};
+
+}  // namespace ombra

@@ -1,0 +1,72 @@
+#include "ui/FrmList.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "platform/qt/QtServices.h"
+
+namespace ombra {
+
+FrmList::FrmList(QWidget* owner, const std::string& title, const std::vector<std::string>& items,
+                 const std::string& button)
+    : QDialog(owner) {
+    setObjectName("FrmList");
+    setWindowTitle(Q(title));
+    LstItems = new QListWidget(this);
+    LstItems->setObjectName("LstItems");
+    for (const std::string& i : items) LstItems->addItem(Q(i));
+    ComAction = new QPushButton(Q(button), this);
+    ComAction->setObjectName("ComAction");
+    ComAction->setDefault(true);
+    ComCancel = new QPushButton("Cancel", this);
+    ComCancel->setObjectName("ComCancel");
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(ComAction);
+    buttons->addWidget(ComCancel);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(LstItems);
+    layout->addLayout(buttons);
+    connect(ComAction, &QPushButton::clicked, this, &QDialog::accept);
+    connect(ComCancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(LstItems, &QListWidget::itemDoubleClicked, this, &QDialog::accept);
+    resize(320, 360);
+}
+
+int FrmList::Choose() {
+    if (exec() != QDialog::Accepted) return -1;
+    return LstItems->currentRow();
+}
+
+}  // namespace ombra
+
+#include <QHeaderView>
+#include <QTableWidget>
+
+namespace ombra {
+
+void FillRows(QTableWidget* table, const std::vector<std::string>& headers,
+              const std::vector<std::vector<std::string>>& rows) {
+    int keep = SelectedRow(table);
+    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table->setSelectionMode(QAbstractItemView::SingleSelection);
+    table->verticalHeader()->setVisible(false);
+    table->setColumnCount(int(headers.size()));
+    QStringList h;
+    for (const std::string& s : headers) h << Q(s);
+    table->setHorizontalHeaderLabels(h);
+    table->setRowCount(int(rows.size()));
+    for (int r = 0; r < int(rows.size()); ++r)
+        for (int c = 0; c < int(rows[size_t(r)].size()) && c < int(headers.size()); ++c)
+            table->setItem(r, c, new QTableWidgetItem(Q(rows[size_t(r)][size_t(c)])));
+    table->resizeColumnsToContents();
+    if (keep >= 0 && keep < int(rows.size())) table->selectRow(keep);
+}
+
+int SelectedRow(QTableWidget* table) {
+    auto sel = table->selectionModel() ? table->selectionModel()->selectedRows() : QModelIndexList{};
+    return sel.isEmpty() ? -1 : sel.first().row();
+}
+
+}  // namespace ombra

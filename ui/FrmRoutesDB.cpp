@@ -1,0 +1,76 @@
+#include "ui/FrmRoutesDB.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "navobjects/Activation.h"
+#include "navobjects/Routes.h"
+#include "ui/FrmList.h"
+
+namespace ombra {
+
+FrmRoutesDB::FrmRoutesDB(QWidget* owner, Routes& store, Activation& activation)
+    : QDialog(owner), store_(store), act_(activation) {
+    setObjectName("FrmRoutesDB");
+    setWindowTitle("Routes DB");
+    PicRoutes = new QTableWidget(this);
+    PicRoutes->setObjectName("PicRoutes");
+    ComDisplay = new QPushButton("&Display", this);
+    ComDelete = new QPushButton("&Delete", this);
+    ComProperties = new QPushButton("&Properties", this);
+    ComActivate = new QPushButton("&Activate", this);
+    auto* buttons = new QHBoxLayout;
+    for (QPushButton* b : {ComDisplay, ComDelete, ComProperties, ComActivate}) buttons->addWidget(b);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(PicRoutes, 1);
+    layout->addLayout(buttons);
+    connect(PicRoutes, &QTableWidget::itemSelectionChanged, this, [this] { EnableButtons(); });
+    connect(PicRoutes, &QTableWidget::cellDoubleClicked, this, [this] { ComProperties->click(); });
+    connect(ComDisplay, &QPushButton::clicked, this, [this] {
+        store_.DisplayRoute(SelectedSlot());
+        Refill();
+    });
+    connect(ComDelete, &QPushButton::clicked, this, [this] {
+        store_.DeleteRoute(SelectedSlot());
+        Refill();
+    });
+    connect(ComProperties, &QPushButton::clicked, this, [this] {
+        if (ShowRoute && SelectedSlot()) ShowRoute(SelectedSlot());
+        Refill();
+    });
+    connect(ComActivate, &QPushButton::clicked, this, [this] {
+        int16_t s = SelectedSlot();
+        if (!s) return;
+        if (store_.ActiveRoute == s) act_.DeactivateRoute(false);
+        else act_.ActivateRoute(s, 0);
+        Refill();
+    });
+    Refill();
+    resize(420, 360);
+}
+
+int16_t FrmRoutesDB::SelectedSlot() const {
+    int row = SelectedRow(PicRoutes);
+    return row >= 0 && row < int(slots_.size()) ? slots_[size_t(row)] : int16_t(0);
+}
+
+void FrmRoutesDB::Refill() {
+    std::vector<std::vector<std::string>> rows;
+    slots_.clear();
+    for (const RouteRow& r : store_.Rows()) {
+        rows.push_back({r.No, r.Name, r.Display, r.Active});
+        slots_.push_back(r.Slot);
+    }
+    FillRows(PicRoutes, {"No.", "Name", "Display", "Active"}, rows);
+    EnableButtons();
+}
+
+void FrmRoutesDB::EnableButtons() {
+    int16_t s = SelectedSlot();
+    for (QPushButton* b : {ComDisplay, ComDelete, ComProperties, ComActivate}) b->setEnabled(s != 0);
+    const Route* r = s ? store_.At(s) : nullptr;
+    ComDisplay->setText(r && r->Display ? "&Hide" : "&Display");
+    ComActivate->setText(s && store_.ActiveRoute == s ? "&De-activate" : "&Activate");
+}
+
+}  // namespace ombra

@@ -1,0 +1,34 @@
+// FrmRoutesDB: the routes of the open database, one row a used route
+// ("No.", "Name", "Display", "Active"), and the commands on the row:
+// "&Display" ("&Hide" on a displayed route), "&Delete", "&Properties"
+// (FrmRoute), "&Activate" ("&De-activate" on the active route).
+#pragma once
+#include <QDialog>
+#include <QPushButton>
+#include <QTableWidget>
+#include <functional>
+
+namespace ombra {
+
+class Routes;
+class Activation;
+
+class FrmRoutesDB : public QDialog {
+    Q_OBJECT
+public:
+    FrmRoutesDB(QWidget* owner, Routes& store, Activation& activation);
+    void Refill();
+    std::function<void(int16_t route)> ShowRoute;
+
+    QTableWidget* PicRoutes;
+    QPushButton *ComDisplay, *ComDelete, *ComProperties, *ComActivate;
+
+private:
+    int16_t SelectedSlot() const;
+    void EnableButtons();
+    Routes& store_;
+    Activation& act_;
+    std::vector<int16_t> slots_;
+};
+
+}  // namespace ombra
