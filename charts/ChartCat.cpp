@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <fstream>
+#include <set>
 
 #include "charts/ChartHeader.h"
 #include "core/ErrorReport.h"
@@ -20,6 +21,7 @@ namespace {
 
 constexpr size_t kMaxLine = 1 << 20;
 constexpr size_t kMaxCells = 20000;
+constexpr size_t kMaxPlanCells = 100;  // plan numbers have two digits
 
 int16_t Int16Of(std::string_view s) {
     double v = Val(s);
@@ -144,7 +146,7 @@ void ParsePlanCatLine1(std::string_view l, ChartCatPlan& p) {
 
 std::vector<int64_t> ParsePlanPointers(std::string_view line3) {
     std::vector<int64_t> out;
-    size_t cells = std::min(size_t(RoundEven(double(line3.size()) / 9.0)), kMaxCells);
+    size_t cells = std::min(size_t(RoundEven(double(line3.size()) / 9.0)), kMaxPlanCells);
     for (size_t i = 0; i < cells; ++i) {
         double v = Val(Columns(line3, i * 9 + 3, i * 9 + 9));
         out.push_back(v >= 0 && v < 1e15 ? int64_t(v) : -1);
@@ -154,7 +156,7 @@ std::vector<int64_t> ParsePlanPointers(std::string_view line3) {
 
 std::vector<std::string> ParsePlanNames(std::string_view line4) {
     std::vector<std::string> out;
-    size_t cells = std::min(size_t(RoundEven(double(line4.size()) / 9.0)), kMaxCells);
+    size_t cells = std::min(size_t(RoundEven(double(line4.size()) / 9.0)), kMaxPlanCells);
     for (size_t i = 0; i < cells; ++i) out.push_back(FixedText(Columns(line4, i * 9 + 1, i * 9 + 9), 9));
     return out;
 }
@@ -273,12 +275,13 @@ void ChartCat::ChartSelectFromLL(const std::string& root, const LatLong& positio
         std::string grid = CatalogueFolder(root) + cell.Quadrant + "\\" + cell.FileName;
         std::ifstream f(ResolvePath(grid), std::ios::binary);
         std::string line;
+        std::set<int64_t> seen;  // a chart is read once, however often it is listed
         int guard = 0;
         while (f && std::getline(f, line) && ++guard < 100000) {
             if (!line.empty() && line.back() == '\r') line.pop_back();
             if (line.empty() || (line[0] != '1' && line[0] != '2')) continue;
             double off = Val(Columns(line, 10, 17));
-            if (!(off >= 0 && off < 1e15)) continue;
+            if (!(off >= 0 && off < 1e15) || !seen.insert(int64_t(off)).second) continue;
             ChartCatEntry e;
             if (!ReadChartCatEntry(root, int64_t(off) + 1, e, true)) continue;
             if (FixedText(Columns(line, 2, 9), 8) != e.ChartNumber) continue;
