@@ -452,7 +452,11 @@ void PlanGeoref::FitCorrection() {
 
 bool PlanGeoref::Fit(const PlanGeorefSource& src, std::string& message) {
     refs_ = src.Refs;
-    outline_ = src.Outline;
+    outline_.clear();
+    for (const auto& q : src.Outline)  // a border point that is no position is left out
+        if (std::isfinite(q.first) && std::isfinite(q.second) && std::fabs(q.first) <= 90 && std::fabs(q.second) <= 360 &&
+            outline_.size() < kMaxOutline)
+            outline_.push_back(q);
     hasShift_ = src.HasShift;
     shiftLat_ = src.ShiftLatSeconds;
     shiftLon_ = src.ShiftLonSeconds;
@@ -628,10 +632,12 @@ bool PlanGeoref::FromText(std::string_view text, std::string& message) {
             tpsY_.a2 = v[5];
             tpsAffine = true;
         } else if (key == "REF") {
-            if (!Numbers(val, v, 4) || v.size() != 4 || refs_.size() >= kMaxRefs) return fail("a reference point of the plan is damaged");
+            if (!Numbers(val, v, 4) || v.size() != 4 || refs_.size() >= kMaxRefs || std::fabs(v[2]) > 90 || std::fabs(v[3]) > 360)
+                return fail("a reference point of the plan is damaged");
             refs_.push_back({v[0], v[1], v[2], v[3]});
         } else if (key == "PLY") {
-            if (!Numbers(val, v, 2) || v.size() != 2 || outline_.size() >= kMaxOutline || std::fabs(v[0]) > 90)
+            if (!Numbers(val, v, 2) || v.size() != 2 || outline_.size() >= kMaxOutline || std::fabs(v[0]) > 90 ||
+                std::fabs(v[1]) > 360)
                 return fail("the plan's border is damaged");
             outline_.emplace_back(v[0], v[1]);
         } else if (key == "SHIFT") {

@@ -45,9 +45,8 @@ void PolyconicForward(double lat, double dlon, double& x, double& y) {
 }  // namespace
 
 double UnwrapLongitude(double lon, double reference) {
-    while (lon - reference > 180.0) lon -= 360.0;
-    while (lon - reference < -180.0) lon += 360.0;
-    return lon;
+    if (!std::isfinite(lon) || !std::isfinite(reference)) return lon;
+    return reference + std::remainder(lon - reference, 360.0);
 }
 
 Projection::Projection() = default;
