@@ -17,8 +17,10 @@ Plotter::Plotter(PlotterServices s)
       posixComms(s.comms ? nullptr : std::make_unique<PosixComms>(portTable)),
       comms(s.comms ? *s.comms : *posixComms),
       ais(s.clock),
+      charts(chartLibrary, s.dialogs, errors, registry, globals.ProductName, units),
       hooks(*this),
       chartOps(*this),
+      vesselSource(*this),
       instruments({registry, units, globals, s.clock, s.events, errors, comms, hooks, chartOps}) {}
 
 // ---- What the instruments ask ------------------------------------------------
@@ -33,6 +35,58 @@ float PlotterHooks::VesselVariation() { return p_.magVar.MagneticVariation(p_.in
 void PlotterHooks::ShowLostGPS(bool up) { p_.services.shell.ShowLostGPS(up); }
 void PlotterHooks::RefreshSatInfo() { p_.services.shell.RefreshSatInfo(); }
 void PlotterHooks::ConsoleChanged() { p_.services.shell.ConsoleChanged(); }
+void PlotterHooks::RedrawVessel() { p_.RequestChartRedraw(); }
+bool PlotterHooks::CursorPosition(LatLong& pos) {
+    if (!p_.cursorOnChart) return false;
+    pos = p_.cursorPos;
+    return true;
+}
+
+// ---- The chart as the vessel needs it ------------------------------------------
+
+bool PlotterChartOps::ChartOpen() { return p_.charts.Charts.ChartIsOpen(); }
+void PlotterChartOps::PrepareVesselPoint(const LatLong&) { p_.RequestChartRedraw(); }
+void PlotterChartOps::CentreOnVessel() {
+    if (ChartOpen()) p_.charts.View.CentreOnPosition(p_.instruments.vessel.vessel.Pos);
+}
+void PlotterChartOps::OpenBestChartAt(const LatLong& pos) { p_.charts.Charts.OpenChartAt(pos.Lat, pos.Long); }
+void PlotterChartOps::CentreChartAt(const LatLong& pos) {
+    if (ChartOpen()) p_.charts.View.CentreOnPosition(pos);
+}
+bool PlotterChartOps::GetScrollView(ScrollView& v) {
+    if (!ChartOpen()) return false;
+    Display& d = p_.charts.View;
+    const ChartViewState& s = d.View();
+    if (d.DisplayedPlan < 0 || s.ViewFactor <= 0.0) return false;
+    NavPoint np = d.LocatePosition(p_.instruments.vessel.vessel.Pos);
+    size_t plan = size_t(d.DisplayedPlan);
+    if (plan >= np.Pixel.size() || plan >= np.InPlan.size() || np.InPlan[plan] == 0) return false;
+    ChartPoint screen = d.ChartToScreen(np.Pixel[plan]);
+    v.PixelsPerNM = p_.chartLibrary.GetPixelsPerNM(d.DisplayedPlan) / s.ViewFactor;
+    v.Width = s.Width;
+    v.Height = s.Height;
+    v.VesselX = screen.x;
+    v.VesselY = screen.y;
+    return true;
+}
+
+bool PlotterVesselSource::GetVesselView(VesselView& out) {
+    const VesselModule& m = p_.instruments.vessel;
+    const Vessel& v = m.vessel;
+    out.Active = m.VesselActive();
+    if (!out.Active) return false;
+    out.Pos = v.Pos;
+    out.Heading = v.Heading;
+    out.COG = v.COG;
+    out.SOG = v.SOG;
+    out.Predictor = v.Predictor;
+    out.PredictorTime = v.PredictorTime;
+    out.Name = v.Name;
+    out.NameDisplay = v.NameDisplay;
+    // Green on a GPS fix, red when it is lost, blue dead reckoning.
+    out.Colour = v.Mode == 2 ? MakeRgb(0, 160, 0) : v.Mode == 4 ? MakeRgb(200, 0, 0) : MakeRgb(0, 0, 200);
+    return true;
+}
 
 Plotter::~Plotter() = default;
 
@@ -120,16 +174,22 @@ void Plotter::LoadUnitsConsoleAndOverlays() {
     units.LoadUnits(registry);
     instruments.LoadConsoleSettings();
 }
-void Plotter::LoadChartFolders() {}
+void Plotter::LoadChartFolders() {
+    charts.SetRoot(globals.MainDataPath);
+    charts.View.SetVesselSource(&vesselSource);
+}
 void Plotter::LoadNavObjects() {}
 void Plotter::LoadVesselSettings() {
     instruments.vessel.LoadVesselSettings();
     deviation.ReadDeviateDat();
 }
 void Plotter::LoadWaypoints() {}
-void Plotter::ApplyPaletteMode(int16_t mode) { PaletteMode = (mode >= 0 && mode <= 2) ? mode : 0; }
+void Plotter::ApplyPaletteMode(int16_t mode) {
+    PaletteMode = (mode >= 0 && mode <= 2) ? mode : 0;
+    charts.View.SetPaletteMode(PaletteMode);
+}
 void Plotter::ReadLastFileDataStamp() { instruments.vessel.ReadLastFileDataStamp(); }
-void Plotter::ReadBoatOutline(const std::string&) {}
+void Plotter::ReadBoatOutline(const std::string& path) { chartLibrary.ReadBoatOutline(path); }
 void Plotter::InitialiseData() {}
 void Plotter::InitialiseControls() {}
 void Plotter::CreateMainWindow(const std::string& caption) { services.shell.CreateMainWindow(caption); }
@@ -145,15 +205,15 @@ void Plotter::SelectCommandRoute(const std::string&) {}
 std::string Plotter::ShowDisclaimer(const std::string& title, const std::string& text) {
     return services.shell.ShowDisclaimer(title, text);
 }
-void Plotter::OpenChartAt(double, double) {}
+void Plotter::OpenChartAt(double lat, double lon) { charts.Charts.OpenChartAt(lat, lon); }
 void Plotter::StartGPS() { instruments.comm.StartGPS(); }
-void Plotter::OpenChartNumber(const std::string&) {}
+void Plotter::OpenChartNumber(const std::string& number) { charts.Charts.NewChart(number); }
 void Plotter::EnableMainTimer() { services.shell.EnableMainTimer(); }
 void Plotter::ActivateCommandRoute(const std::string&) {}
 void Plotter::EndCurrentTool() { globals.CurrentTool = 0; }
 void Plotter::StopGPS() { instruments.comm.StopGPS(); }
 void Plotter::CloseStores() {}
-void Plotter::CloseChart() {}
+void Plotter::CloseChart() { charts.Charts.CloseChart(); }
 void Plotter::EndProcess() {
     exited = true;
     services.shell.EndProcess();

@@ -21,6 +21,9 @@
 #include "navmath/Deviation.h"
 #include "navmath/MagVar.h"
 #include "instruments/Instruments.h"
+#include "charts/ChartModule.h"
+#include "charts/VesselView.h"
+#include "platform/chartlib/OmbraChartLibrary.h"
 #include "platform/ais/AisDecoder.h"
 #include "platform/api/Comms.h"
 #include "platform/comms/PortTable.h"
@@ -59,6 +62,8 @@ public:
     void ShowLostGPS(bool up) override;
     void RefreshSatInfo() override;
     void ConsoleChanged() override;
+    void RedrawVessel() override;
+    bool CursorPosition(LatLong& pos) override;
 
 private:
     Plotter& p_;
@@ -68,9 +73,25 @@ private:
 class PlotterChartOps : public ChartOps {
 public:
     explicit PlotterChartOps(Plotter& p) : p_(p) {}
+    bool ChartOpen() override;
+    void PrepareVesselPoint(const LatLong&) override;
+    void CentreOnVessel() override;
+    void OpenBestChartAt(const LatLong& pos) override;
+    bool GetScrollView(ScrollView& view) override;
+    void CentreChartAt(const LatLong& pos) override;
 
 private:
-    [[maybe_unused]] Plotter& p_;
+    Plotter& p_;
+};
+
+// The vessel as the chart view draws it.
+class PlotterVesselSource : public VesselSource {
+public:
+    explicit PlotterVesselSource(Plotter& p) : p_(p) {}
+    bool GetVesselView(VesselView& view) override;
+
+private:
+    Plotter& p_;
 };
 
 class Plotter : public TickSteps, public StartupSteps {
@@ -101,8 +122,11 @@ public:
     std::unique_ptr<PosixComms> posixComms;
     Comms& comms;
     AisDecoder ais;
+    chartlib::OmbraChartLibrary chartLibrary;
+    ChartModule charts;
     PlotterHooks hooks;
     PlotterChartOps chartOps;
+    PlotterVesselSource vesselSource;
     Instruments instruments;
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
@@ -166,6 +190,13 @@ public:
 
     // Display settings read at start-up.
     DisplayOptions display;
+    // Asks the chart view for a redraw at the window's next turn.
+    void RequestChartRedraw() {
+        if (charts.View.RedrawRequested) charts.View.RedrawRequested();
+    }
+    // The cursor over the chart, for the console's cursor rows.
+    bool cursorOnChart = false;
+    LatLong cursorPos;
     int16_t PaletteMode = 0;
 };
 

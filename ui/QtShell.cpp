@@ -10,6 +10,7 @@
 #include "ui/FrmMain.h"
 #include "ui/FrmOptions.h"
 #include "ui/InstrumentCommands.h"
+#include "ui/ChartCommands.h"
 
 namespace ombra {
 
@@ -18,6 +19,7 @@ QtShell::QtShell(QtDialogs& dialogs, bool unattended) : dialogs_(dialogs), unatt
 QtShell::~QtShell() {
     // The commands hold the window; they go first.
     instruments_.reset();
+    charts_.reset();
 }
 
 bool QtShell::ShowSplash() {
@@ -37,8 +39,10 @@ void QtShell::CloseSplash() {
 
 void QtShell::CreateMainWindow(const std::string& caption) {
     instruments_.reset();
+    charts_.reset();
     main_ = std::make_unique<FrmMain>(*plotter_);
     main_->setWindowTitle(Q(caption));
+    charts_ = std::make_unique<ChartCommands>(*main_, *plotter_);
     instruments_ = std::make_unique<InstrumentCommands>(*main_, *plotter_);
     dialogs_.SetParent(main_.get());
 }
@@ -56,6 +60,7 @@ void QtShell::BuildMenus() {
     main_->BuildMenus();
     main_->Bind("MOptions", [this] { RunOptions(); });
     if (instruments_) instruments_->Bind();
+    if (charts_) charts_->Bind();
     main_->Bind("MDeviation", [this] {
         FrmDeviation card(main_.get(), plotter_->deviation);
         card.exec();

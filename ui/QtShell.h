@@ -12,6 +12,7 @@ namespace ombra {
 
 class FrmMain;
 class InstrumentCommands;
+class ChartCommands;
 class FrmSplash;
 class Plotter;
 class QtDialogs;
@@ -56,6 +57,7 @@ private:
     std::unique_ptr<FrmMain> main_;
     std::unique_ptr<FrmSplash> splash_;
     std::unique_ptr<InstrumentCommands> instruments_;
+    std::unique_ptr<ChartCommands> charts_;
     bool busyCursor_ = false;
     int windowState_ = 2;
     bool hasRect_ = false;

@@ -1,0 +1,26 @@
+// The chart's side of the main window: the chart view in the middle, the
+// caption with scale and datum, the depth units on the information line,
+// the warnings bar, the cursor read-out, and the Chart and View menus.
+#pragma once
+
+namespace ombra {
+
+class ChartArea;
+class FrmMain;
+class Plotter;
+
+class ChartCommands {
+public:
+    ChartCommands(FrmMain& main, Plotter& plotter);
+    void Bind();
+    ChartArea* Area() const { return area_; }
+
+private:
+    void StatusChanged();
+    void Palette(int mode);
+    FrmMain& main_;
+    Plotter& p_;
+    ChartArea* area_ = nullptr;
+};
+
+}  // namespace ombra
