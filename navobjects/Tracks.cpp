@@ -114,7 +114,7 @@ bool Tracks::SaveTrackFile() {
                 return;
         }
         std::string why;
-        if (!SaveFileAtomic(FileName, TrackFileText(StoreVersionText(ctx_.globals.VersionText), Track), &why))
+        if (!SaveFileAtomic(FileName, TrackFileText(ctx_.globals.VersionText, Track), &why))
             throw Fault(faults::PathFileAccess, why + " (" + NativePath(FileName) + ")");
         damaged_ = false;
         saved = true;
