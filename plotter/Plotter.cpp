@@ -21,7 +21,21 @@ Plotter::Plotter(PlotterServices s)
       hooks(*this),
       chartOps(*this),
       vesselSource(*this),
-      instruments({registry, units, globals, s.clock, s.events, errors, comms, hooks, chartOps}) {}
+      instruments({registry, units, globals, s.clock, s.events, errors, comms, hooks, chartOps}),
+      displayChart(charts.View, charts.Legs, chartLibrary, charts.State, &charts.Charts),
+      navCtx{registry, s.dialogs, errors, units, s.clock, s.events, displayChart, navRelay, globals},
+      nav(navCtx, instruments.leg),
+      gpsLink(instruments.comm) {
+    navRelay.variation = [this](const LatLong& p) { return magVar.MagneticVariation(p); };
+    navRelay.deviation = [this](double h) { return double(deviation.DeviationFor(float(h))); };
+    navRelay.vesselActive = [this] { return instruments.vessel.VesselActive(); };
+    navRelay.vesselPos = [this] { return instruments.vessel.vessel.Pos; };
+    navRelay.legChanged = [this] {
+        instruments.vessel.UpdateWaypointConsole();
+        services.shell.ConsoleChanged();
+    };
+    RegisterNavLayers(charts.View, nav);
+}
 
 // ---- What the instruments ask ------------------------------------------------
 
@@ -36,6 +50,18 @@ void PlotterHooks::ShowLostGPS(bool up) { p_.services.shell.ShowLostGPS(up); }
 void PlotterHooks::RefreshSatInfo() { p_.services.shell.RefreshSatInfo(); }
 void PlotterHooks::ConsoleChanged() { p_.services.shell.ConsoleChanged(); }
 void PlotterHooks::RedrawVessel() { p_.RequestChartRedraw(); }
+void PlotterHooks::TrackCheck() {
+    const Vessel& v = p_.instruments.vessel.vessel;
+    if (p_.nav.tracks.TrackCheck(v.Pos, v.COG, p_.services.clock.Timer())) p_.RequestChartRedraw();
+}
+void PlotterHooks::AddTrackPoint() {
+    const Vessel& v = p_.instruments.vessel.vessel;
+    p_.nav.tracks.AddTrackPoint(v.Pos, v.COG);
+}
+void PlotterHooks::CloseTrack() {
+    AddTrackPoint();
+    p_.nav.tracks.StartSegment();
+}
 bool PlotterHooks::CursorPosition(LatLong& pos) {
     if (!p_.cursorOnChart) return false;
     pos = p_.cursorPos;
@@ -178,12 +204,12 @@ void Plotter::LoadChartFolders() {
     charts.SetRoot(globals.MainDataPath);
     charts.View.SetVesselSource(&vesselSource);
 }
-void Plotter::LoadNavObjects() {}
+void Plotter::LoadNavObjects() { nav.LoadNavObjects(); }
 void Plotter::LoadVesselSettings() {
     instruments.vessel.LoadVesselSettings();
     deviation.ReadDeviateDat();
 }
-void Plotter::LoadWaypoints() {}
+void Plotter::LoadWaypoints() { nav.LoadWaypoints(); }
 void Plotter::ApplyPaletteMode(int16_t mode) {
     PaletteMode = (mode >= 0 && mode <= 2) ? mode : 0;
     charts.View.SetPaletteMode(PaletteMode);
@@ -201,7 +227,7 @@ void Plotter::LoadCommsForms() { services.shell.LoadCommsForms(); }
 void Plotter::ShowMainWindow() { services.shell.ShowMainWindow(); }
 int Plotter::DisplayColours() { return services.shell.DisplayColours(); }
 void Plotter::ShowColourWarning() { services.shell.ShowColourWarning(); }
-void Plotter::SelectCommandRoute(const std::string&) {}
+void Plotter::SelectCommandRoute(const std::string& route) { nav.SelectCommandRoute(route); }
 std::string Plotter::ShowDisclaimer(const std::string& title, const std::string& text) {
     return services.shell.ShowDisclaimer(title, text);
 }
@@ -209,10 +235,13 @@ void Plotter::OpenChartAt(double lat, double lon) { charts.Charts.OpenChartAt(la
 void Plotter::StartGPS() { instruments.comm.StartGPS(); }
 void Plotter::OpenChartNumber(const std::string& number) { charts.Charts.NewChart(number); }
 void Plotter::EnableMainTimer() { services.shell.EnableMainTimer(); }
-void Plotter::ActivateCommandRoute(const std::string&) {}
-void Plotter::EndCurrentTool() { globals.CurrentTool = 0; }
+void Plotter::ActivateCommandRoute(const std::string& route) { nav.ActivateCommandRoute(route); }
+void Plotter::EndCurrentTool() {
+    nav.EndCurrentTool();
+    globals.CurrentTool = 0;
+}
 void Plotter::StopGPS() { instruments.comm.StopGPS(); }
-void Plotter::CloseStores() {}
+void Plotter::CloseStores() { nav.CloseStores(); }
 void Plotter::CloseChart() { charts.Charts.CloseChart(); }
 void Plotter::EndProcess() {
     exited = true;

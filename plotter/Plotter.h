@@ -24,6 +24,10 @@
 #include "charts/ChartModule.h"
 #include "charts/VesselView.h"
 #include "platform/chartlib/OmbraChartLibrary.h"
+#include "navobjects/CommGpsLink.h"
+#include "navobjects/DisplayChart.h"
+#include "navobjects/NavHostRelay.h"
+#include "navobjects/NavObjects.h"
 #include "platform/ais/AisDecoder.h"
 #include "platform/api/Comms.h"
 #include "platform/comms/PortTable.h"
@@ -63,6 +67,9 @@ public:
     void RefreshSatInfo() override;
     void ConsoleChanged() override;
     void RedrawVessel() override;
+    void TrackCheck() override;
+    void AddTrackPoint() override;
+    void CloseTrack() override;
     bool CursorPosition(LatLong& pos) override;
 
 private:
@@ -128,6 +135,12 @@ public:
     PlotterChartOps chartOps;
     PlotterVesselSource vesselSource;
     Instruments instruments;
+    // The navigation objects: the three stores, tracks, dividers, activation.
+    NavHostRelay navRelay;
+    DisplayChart displayChart;
+    NavContext navCtx;
+    NavObjects nav;
+    CommGpsLink gpsLink;
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus = 0;

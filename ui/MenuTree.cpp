@@ -71,11 +71,15 @@ std::vector<MenuEntry> Build() {
     wp.push_back({"MWayPtsExportGPS", "Export Database to &GPS", {}, true});
     wp.push_back({"MWayPtsExport", "&Export Database to Disk", {}});
     wp.push_back({"MWayPtsImport", "&Import Database from Disk", {}});
+    wp.push_back({"MWayPtsImportGPX", "Import GP&X File...", {}, true});
+    wp.push_back({"MWayPtsExportGPX", "Export to GPX &File...", {}});
     tree.push_back({"MWayPts", "&WayPoints", wp});
 
     auto rt = DatabaseEntries("MRoutesView", "MRoutesNew", "MRoutesOpen", "MRoutesSave", "MRoutesClose", "MRoutesDelete");
     rt.push_back({"MRoutesExport", "&Export Database to Disk", {}, true});
     rt.push_back({"MRoutesImport", "&Import Database from Disk", {}});
+    rt.push_back({"MRoutesImportGPX", "Import GP&X File...", {}, true});
+    rt.push_back({"MRoutesExportGPX", "Export to GPX &File...", {}});
     rt.push_back({"MRoutesCreate", "Create New &Route", {}, true});
     tree.push_back({"MRoutes", "&Routes", rt});
 

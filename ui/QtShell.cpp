@@ -11,6 +11,8 @@
 #include "ui/FrmOptions.h"
 #include "ui/InstrumentCommands.h"
 #include "ui/ChartCommands.h"
+#include "ui/ChartArea.h"
+#include "ui/NavObjectCommands.h"
 
 namespace ombra {
 
@@ -18,6 +20,7 @@ QtShell::QtShell(QtDialogs& dialogs, bool unattended) : dialogs_(dialogs), unatt
 
 QtShell::~QtShell() {
     // The commands hold the window; they go first.
+    nav_.reset();
     instruments_.reset();
     charts_.reset();
 }
@@ -38,12 +41,28 @@ void QtShell::CloseSplash() {
 }
 
 void QtShell::CreateMainWindow(const std::string& caption) {
+    nav_.reset();
     instruments_.reset();
     charts_.reset();
     main_ = std::make_unique<FrmMain>(*plotter_);
     main_->setWindowTitle(Q(caption));
     charts_ = std::make_unique<ChartCommands>(*main_, *plotter_);
     instruments_ = std::make_unique<InstrumentCommands>(*main_, *plotter_);
+    nav_ = std::make_unique<NavObjectCommands>(*main_, plotter_->nav, plotter_->navRelay, plotter_->registry,
+                                               plotter_->services.dialogs, plotter_->services.clock,
+                                               plotter_->services.events, &plotter_->gpsLink);
+    // The chart's mouse goes to the tools first; the cursor read-out follows it too.
+    if (ChartArea* area = charts_->Area()) {
+        auto readout = area->OnMouseMove;
+        area->OnMouseMove = [this, readout](ChartPoint s, bool onPlan, const LatLong& pos) {
+            if (readout) readout(s, onPlan, pos);
+            nav_->ChartMove(s);
+        };
+        area->OnClick = [this](ChartPoint s, bool, const LatLong&, int button, bool dbl) {
+            return nav_->ChartClick(s, button, dbl);
+        };
+        area->DragAllowed = [this] { return nav_->DragAllowed(); };
+    }
     dialogs_.SetParent(main_.get());
 }
 
@@ -61,6 +80,7 @@ void QtShell::BuildMenus() {
     main_->Bind("MOptions", [this] { RunOptions(); });
     if (instruments_) instruments_->Bind();
     if (charts_) charts_->Bind();
+    if (nav_) nav_->Bind();
     main_->Bind("MDeviation", [this] {
         FrmDeviation card(main_.get(), plotter_->deviation);
         card.exec();

@@ -13,6 +13,7 @@ namespace ombra {
 class FrmMain;
 class InstrumentCommands;
 class ChartCommands;
+class NavObjectCommands;
 class FrmSplash;
 class Plotter;
 class QtDialogs;
@@ -58,6 +59,7 @@ private:
     std::unique_ptr<FrmSplash> splash_;
     std::unique_ptr<InstrumentCommands> instruments_;
     std::unique_ptr<ChartCommands> charts_;
+    std::unique_ptr<NavObjectCommands> nav_;
     bool busyCursor_ = false;
     int windowState_ = 2;
     bool hasRect_ = false;
