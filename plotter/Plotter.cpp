@@ -35,6 +35,8 @@ Plotter::Plotter(PlotterServices s)
         services.shell.ConsoleChanged();
     };
     RegisterNavLayers(charts.View, nav);
+    // Compass labels on legs take the deviation card.
+    charts.Legs.Deviation = [this](double h) { return double(deviation.DeviationFor(float(h))); };
 }
 
 // ---- What the instruments ask ------------------------------------------------

@@ -4,6 +4,7 @@
 #include "platform/qt/QtServices.h"
 #include "ui/ChartArea.h"
 #include "ui/FrmChartDetails.h"
+#include "ui/FrmChartErrors.h"
 #include "ui/FrmChartManager.h"
 #include "ui/FrmMain.h"
 #include "ui/FrmNotes.h"
@@ -24,6 +25,13 @@ ChartCommands::ChartCommands(FrmMain& main, Plotter& plotter) : main_(main), p_(
         p_.cursorPos = pos;
     };
     area_->DragAllowed = [this] { return p_.globals.CurrentTool == 0; };
+    // Chart problems the catalogue finds are listed in their own window.
+    p_.charts.Cat.ChartErrorsChanged = [this] {
+        if (p_.charts.Cat.ChartErrors.empty() && !errors_) return;
+        if (!errors_) errors_ = new FrmChartErrors(&main_);
+        errors_->SetErrors(p_.charts.Cat.ChartErrors);
+        if (!p_.charts.Cat.ChartErrors.empty() && !errors_->isVisible()) errors_->show();
+    };
 }
 
 void ChartCommands::StatusChanged() {
@@ -76,6 +84,9 @@ void ChartCommands::Bind() {
     main_.Bind("MPaletteTwilight", [this] { Palette(1); });
     main_.Bind("MPaletteNight", [this] { Palette(2); });
     main_.Bind("MCentreVessel", needChart([this] { p_.chartOps.CentreOnVessel(); }));
+    main_.Bind("MWayPtsCentre", needChart([this] { p_.nav.waypoints.CentreOnWaypoint(); }));
+    main_.Bind("MRoutesCentre", needChart([this] { p_.nav.routes.CentreOnRoute(); }));
+    main_.Bind("MBoundariesCentre", needChart([this] { p_.nav.boundaries.CentreOnBoundary(); }));
     Palette(p_.PaletteMode);
 }
 

@@ -6,6 +6,7 @@
 namespace ombra {
 
 class ChartArea;
+class FrmChartErrors;
 class FrmMain;
 class Plotter;
 
@@ -21,6 +22,7 @@ private:
     FrmMain& main_;
     Plotter& p_;
     ChartArea* area_ = nullptr;
+    FrmChartErrors* errors_ = nullptr;
 };
 
 }  // namespace ombra

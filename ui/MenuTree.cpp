@@ -65,6 +65,7 @@ std::vector<MenuEntry> Build() {
     tree.push_back({"MRun", "&Run", {{"MRunEbbline", "&Ebbline", {}}, {"MRunGaleline", "&Galeline", {}}}});
 
     auto wp = DatabaseEntries("MWayPtsView", "MWayPtsNew", "MWayPtsOpen", "MWayPtsSave", "MWayPtsClose", "MWayPtsDelete");
+    wp.push_back({"MWayPtsCentre", "Centre &On Waypoint...", {}, true});
     wp.push_back({"MWayPtsAdd", "&Add Way Point",
                   {{"MWayPtsAddMouse", "By &Mouse", {}}, {"MWayPtsAddKeyboard", "By &Keyboard", {}}, {"MWayPtsAddGPS", "By &GPS", {}}},
                   true});
@@ -76,6 +77,7 @@ std::vector<MenuEntry> Build() {
     tree.push_back({"MWayPts", "&WayPoints", wp});
 
     auto rt = DatabaseEntries("MRoutesView", "MRoutesNew", "MRoutesOpen", "MRoutesSave", "MRoutesClose", "MRoutesDelete");
+    rt.push_back({"MRoutesCentre", "Centre &On Route...", {}, true});
     rt.push_back({"MRoutesExport", "&Export Database to Disk", {}, true});
     rt.push_back({"MRoutesImport", "&Import Database from Disk", {}});
     rt.push_back({"MRoutesImportGPX", "Import GP&X File...", {}, true});
@@ -85,6 +87,7 @@ std::vector<MenuEntry> Build() {
 
     auto bd = DatabaseEntries("MBoundariesView", "MBoundariesNew", "MBoundariesOpen", "MBoundariesSave",
                               "MBoundariesClose", "MBoundariesDelete");
+    bd.push_back({"MBoundariesCentre", "Centre &On Boundary...", {}, true});
     bd.push_back({"MBoundariesExport", "&Export Database to Disk", {}, true});
     bd.push_back({"MBoundariesImport", "&Import Database from Disk", {}});
     bd.push_back({"MBoundariesCreate", "Create New &Boundary", {}, true});
