@@ -64,6 +64,8 @@ public:
     virtual bool CourseToSteerLeg(double&) { return false; }
     // Magnetic variation at the vessel, degrees east positive.
     virtual float VesselVariation() { return 0.0f; }
+    // The compass deviation for a magnetic heading, degrees, from the card.
+    virtual float CompassDeviation(float /*magneticHeading*/) { return 0.0f; }
     // Mode None: end the active route's tracking aids; close the track
     // with a last point (the vessel was active and TrackMode on).
     virtual void EndTrackingAids() {}

@@ -29,6 +29,8 @@ double Fold360(double a) {
 std::string VesselModule::AngleText(double trueDegrees) const {
     double a = trueDegrees;
     if (c_.units.AngleUnit != 0) a = Fold360(a - double(c_.hooks.VesselVariation()));
+    // A compass course is the magnetic one plus the card's deviation for it.
+    if (c_.units.AngleUnit == 2) a = Fold360(a + double(c_.hooks.CompassDeviation(float(a))));
     return Format(a, "000.0") + " " + c_.units.UnitText(UnitKind::Angle);
 }
 

@@ -48,6 +48,7 @@ void PlotterHooks::SetGPSMenuState(bool on) { p_.services.shell.SetGPSMenuState(
 void PlotterHooks::SetInfoLine(int panel, const std::string& text) { p_.services.shell.SetInfoPanel(panel, text); }
 void PlotterHooks::SetBusyCursor(bool busy) { p_.services.shell.SetBusyCursor(busy); }
 float PlotterHooks::VesselVariation() { return p_.magVar.MagneticVariation(p_.instruments.vessel.vessel.Pos); }
+float PlotterHooks::CompassDeviation(float h) { return p_.deviation.DeviationFor(h); }
 void PlotterHooks::ShowLostGPS(bool up) { p_.services.shell.ShowLostGPS(up); }
 void PlotterHooks::RefreshSatInfo() { p_.services.shell.RefreshSatInfo(); }
 void PlotterHooks::ConsoleChanged() { p_.services.shell.ConsoleChanged(); }

@@ -63,6 +63,7 @@ public:
     void SetInfoLine(int panel, const std::string& text) override;
     void SetBusyCursor(bool busy) override;
     float VesselVariation() override;
+    float CompassDeviation(float magneticHeading) override;
     void ShowLostGPS(bool up) override;
     void RefreshSatInfo() override;
     void ConsoleChanged() override;

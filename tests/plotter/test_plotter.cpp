@@ -5,6 +5,7 @@
 
 #include <map>
 
+#include "core/Format.h"
 #include "core/Val.h"
 #include "platform/comms/ScriptedComms.h"
 #include "platform/fake/ManualClock.h"
@@ -113,4 +114,24 @@ TEST(Plotter, SilenceAfterAFixLosesTheGPSAndTheExitSequenceClosesThePort) {
     h.plotter.Close(0, 0, 0, 800, 600);
     EXPECT_EQ(h.comms.opened.count(1), 0u);
     EXPECT_EQ(h.shell.log.back(), "end");
+}
+
+TEST(Plotter, CompassCoursesOnTheConsoleTakeVariationAndTheDeviationCard) {
+    Harness h;
+    ASSERT_TRUE(h.Start());
+    h.plotter.magVar.SetDatPath(test::SourcePath("data/install/dat"));
+    h.Second(WithChecksum("GPGGA,100000,5000.000,N,01200.000,W,1,08,0.9,5.0,M,50.0,M,,"));
+    h.comms.Feed(1, WithChecksum("GPVTG,090.0,T,,M,6.0,N,11.1,K"));
+    h.Second(WithChecksum("GPGGA,100001,5000.000,N,01200.000,W,1,08,0.9,5.0,M,50.0,M,,"));
+    ASSERT_NEAR(h.plotter.instruments.vessel.vessel.COG, 90.0, 1e-9);
+    float var = h.plotter.magVar.MagneticVariation(h.plotter.instruments.vessel.vessel.Pos);
+    EXPECT_LT(var, -1.0f);  // west of Ireland the variation is a few degrees west
+    h.plotter.deviation.DeviationTable.fill(2.5f);
+    struct Case { int16_t unit; double want; const char* mark; } cases[] = {
+        {0, 90.0, "°T"}, {1, 90.0 - var, "°M"}, {2, 90.0 - var + 2.5, "°C"}};
+    for (auto& c : cases) {
+        h.plotter.units.AngleUnit = c.unit;
+        h.plotter.instruments.vessel.UpdateVesselConsole();
+        EXPECT_EQ(h.plotter.instruments.console.LabVessel[4], Format(c.want, "000.0") + " " + c.mark) << c.unit;
+    }
 }
