@@ -63,7 +63,7 @@ void AppendTurn(std::string& out, int64_t raw) {
 void AppendValues(const std::vector<AisValue>& values, std::string& out);
 
 void AppendValue(const AisValue& v, std::string& out) {
-    const AisFieldSpec& f = *v.spec;
+    const AisFieldDef& f = *v.def;
     if (f.kind == AisKind::Hidden) return;
     AppendKey(out, f.key);
     switch (f.kind) {

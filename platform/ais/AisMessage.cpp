@@ -36,13 +36,13 @@ std::string DateText(const char* picture, std::span<const AisValue> parts) {
     return out;
 }
 
-void ReadFields(const AisBits& b, std::span<const AisFieldSpec> specs, size_t base, std::vector<AisValue>& out);
+void ReadFields(const AisBits& b, std::span<const AisFieldDef> defs, size_t base, std::vector<AisValue>& out);
 
-AisValue ReadField(const AisBits& b, const AisFieldSpec& f, size_t base, const std::vector<AisValue>& before) {
+AisValue ReadField(const AisBits& b, const AisFieldDef& f, size_t base, const std::vector<AisValue>& before) {
     const size_t len = b.size();
     const size_t start = base + f.start;
     AisValue v;
-    v.spec = &f;
+    v.def = &f;
     switch (f.kind) {
     case AisKind::Text:
         v.text = b.Text(start, f.width);
@@ -84,8 +84,8 @@ AisValue ReadField(const AisBits& b, const AisFieldSpec& f, size_t base, const s
     return v;
 }
 
-void ReadFields(const AisBits& b, std::span<const AisFieldSpec> specs, size_t base, std::vector<AisValue>& out) {
-    for (const AisFieldSpec& f : specs) out.push_back(ReadField(b, f, base, out));
+void ReadFields(const AisBits& b, std::span<const AisFieldDef> defs, size_t base, std::vector<AisValue>& out) {
+    for (const AisFieldDef& f : defs) out.push_back(ReadField(b, f, base, out));
 }
 
 void ReadBinaryApplication(const AisBits& b, AisMessage& m) {
@@ -106,7 +106,7 @@ AisRefusal ReadSlotBinary(const AisBits& b, AisMessage& m) {
     const bool addressed = b.Unsigned(38, 1), structured = b.Unsigned(39, 1);
     const size_t radioBits = m.type == 26 ? 20 : 0;
     if (b.size() < 40 + 30 * size_t(addressed) + 16 * size_t(structured) + radioBits) return AisRefusal::TooShort;
-    const SlotBinarySpecs s = SlotBinary(m.type, addressed, structured);
+    const SlotBinaryDefs s = SlotBinary(m.type, addressed, structured);
     m.values.push_back(ReadField(b, s.addressed, 0, m.values));
     m.values.push_back(ReadField(b, s.structured, 0, m.values));
     m.values.push_back(ReadField(b, s.destMmsi, 0, m.values));
@@ -116,7 +116,7 @@ AisRefusal ReadSlotBinary(const AisBits& b, AisMessage& m) {
     m.values.push_back(ReadField(b, s.data, 0, m.values));
     if (radioBits) {
         AisValue radio;
-        radio.spec = &s.radio;
+        radio.def = &s.radio;
         radio.raw = int64_t(b.Unsigned(b.size() - radioBits, radioBits));
         m.values.push_back(radio);
     }
@@ -162,7 +162,7 @@ AisRefusal DecodeAisMessage(const AisBits& bits, bool own, AisMessage& out) {
     out.mmsi = uint32_t(bits.Unsigned(8, 30));
     const auto types = Types();
     if (size_t(out.type) >= types.size() || types[out.type].minBits == 0) return AisRefusal::UnknownType;
-    const TypeSpec& t = types[out.type];
+    const AisTypeDef& t = types[out.type];
     if (bits.size() < t.minBits) return AisRefusal::TooShort;
     if (t.maxBits && bits.size() > t.maxBits) return AisRefusal::TooLong;
 

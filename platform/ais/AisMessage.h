@@ -53,9 +53,9 @@ enum class AisKind : uint8_t {
     Group,        // a repeated group of fields (`group`), shown as a list of objects
 };
 
-struct AisGroupSpec;
+struct AisGroupDef;
 
-struct AisFieldSpec {
+struct AisFieldDef {
     const char* key = "";
     uint16_t start = 0;
     uint16_t width = 0;
@@ -69,28 +69,28 @@ struct AisFieldSpec {
     uint16_t onlyAbove = 0;          // the field is 0 unless the message is longer than this
     bool clip = false;               // past the end, read the bits there are as a narrower field
     const char* picture = nullptr;   // Date: "%04u-%02u-%02uT%02u:%02u:%02uZ"
-    const AisGroupSpec* group = nullptr;
+    const AisGroupDef* group = nullptr;
 };
 
 // Repeated elements of `step` bits from `base`, while an element starts
 // within the message.
-struct AisGroupSpec {
+struct AisGroupDef {
     uint16_t base = 0;
     uint16_t step = 0;
-    const AisFieldSpec* fields = nullptr;
+    const AisFieldDef* fields = nullptr;
     uint8_t count = 0;
 };
 
 struct AisValue {
-    const AisFieldSpec* spec = nullptr;
+    const AisFieldDef* def = nullptr;
     int64_t raw = 0;     // the number as sent (0 for texts)
     std::string text;    // Text, TextToEnd, AtonName, Hex, Date
     std::vector<std::vector<AisValue>> items;  // Group
 
-    std::string_view Key() const { return spec->key; }
+    std::string_view Key() const { return def->key; }
     // The number as meant: raw x scale (or raw / divisor) + offset.
     double Number() const {
-        return (spec->divisor != 0.0 ? double(raw) / spec->divisor : double(raw) * spec->scale) + spec->offset;
+        return (def->divisor != 0.0 ? double(raw) / def->divisor : double(raw) * def->scale) + def->offset;
     }
 };
 

@@ -7,33 +7,33 @@ namespace ombra::aistables {
 namespace {
 
 // Builders that keep each table row on one line.
-constexpr AisFieldSpec U(const char* key, uint16_t start, uint16_t width) {
-    AisFieldSpec f;
+constexpr AisFieldDef U(const char* key, uint16_t start, uint16_t width) {
+    AisFieldDef f;
     f.key = key;
     f.start = start;
     f.width = width;
     return f;
 }
-constexpr AisFieldSpec I(const char* key, uint16_t start, uint16_t width) {
-    AisFieldSpec f = U(key, start, width);
+constexpr AisFieldDef I(const char* key, uint16_t start, uint16_t width) {
+    AisFieldDef f = U(key, start, width);
     f.kind = AisKind::Signed;
     f.isSigned = true;
     return f;
 }
-constexpr AisFieldSpec B(const char* key, uint16_t start) {
-    AisFieldSpec f = U(key, start, 1);
+constexpr AisFieldDef B(const char* key, uint16_t start) {
+    AisFieldDef f = U(key, start, 1);
     f.kind = AisKind::Bool;
     return f;
 }
-constexpr AisFieldSpec Hide(const char* key, uint16_t start, uint16_t width) {
-    AisFieldSpec f = U(key, start, width);
+constexpr AisFieldDef Hide(const char* key, uint16_t start, uint16_t width) {
+    AisFieldDef f = U(key, start, width);
     f.kind = AisKind::Hidden;
     return f;
 }
 // raw x scale + offset, shown with `decimals` places.
-constexpr AisFieldSpec Num(const char* key, uint16_t start, uint16_t width, double scale, uint8_t decimals,
+constexpr AisFieldDef Num(const char* key, uint16_t start, uint16_t width, double scale, uint8_t decimals,
                            double offset = 0.0, bool isSigned = false) {
-    AisFieldSpec f = U(key, start, width);
+    AisFieldDef f = U(key, start, width);
     f.kind = AisKind::Scaled;
     f.scale = scale;
     f.offset = offset;
@@ -42,57 +42,57 @@ constexpr AisFieldSpec Num(const char* key, uint16_t start, uint16_t width, doub
     return f;
 }
 // A signed angle sent in 1/perDegree of a degree.
-constexpr AisFieldSpec Angle(const char* key, uint16_t start, uint16_t width, double perDegree, uint8_t decimals) {
-    AisFieldSpec f = Num(key, start, width, 1.0 / perDegree, decimals, 0.0, true);
+constexpr AisFieldDef Angle(const char* key, uint16_t start, uint16_t width, double perDegree, uint8_t decimals) {
+    AisFieldDef f = Num(key, start, width, 1.0 / perDegree, decimals, 0.0, true);
     f.divisor = perDegree;
     return f;
 }
-constexpr AisFieldSpec Txt(const char* key, uint16_t start, uint16_t chars) {
-    AisFieldSpec f = U(key, start, chars);
+constexpr AisFieldDef Txt(const char* key, uint16_t start, uint16_t chars) {
+    AisFieldDef f = U(key, start, chars);
     f.kind = AisKind::Text;
     return f;
 }
-constexpr AisFieldSpec TxtToEnd(const char* key, uint16_t start) {
-    AisFieldSpec f = U(key, start, 0);
+constexpr AisFieldDef TxtToEnd(const char* key, uint16_t start) {
+    AisFieldDef f = U(key, start, 0);
     f.kind = AisKind::TextToEnd;
     return f;
 }
-constexpr AisFieldSpec Coded(const char* key, uint16_t start, uint16_t width, AisLegend legend) {
-    AisFieldSpec f = U(key, start, width);
+constexpr AisFieldDef Coded(const char* key, uint16_t start, uint16_t width, AisLegend legend) {
+    AisFieldDef f = U(key, start, width);
     f.legend = legend;
     return f;
 }
-constexpr AisFieldSpec Word(const char* key, uint16_t start, uint16_t width, AisLegend legend) {
-    AisFieldSpec f = Coded(key, start, width, legend);
+constexpr AisFieldDef Word(const char* key, uint16_t start, uint16_t width, AisLegend legend) {
+    AisFieldDef f = Coded(key, start, width, legend);
     f.kind = AisKind::LegendOnly;
     return f;
 }
 // A text built from the `fields` fields just before it.
-constexpr AisFieldSpec When(const char* key, uint16_t fields, const char* picture) {
-    AisFieldSpec f = U(key, 0, fields);
+constexpr AisFieldDef When(const char* key, uint16_t fields, const char* picture) {
+    AisFieldDef f = U(key, 0, fields);
     f.kind = AisKind::Date;
     f.picture = picture;
     return f;
 }
-constexpr AisFieldSpec Data(uint16_t start, uint16_t tailBits) {
-    AisFieldSpec f = U("data", start, tailBits);
+constexpr AisFieldDef Data(uint16_t start, uint16_t tailBits) {
+    AisFieldDef f = U("data", start, tailBits);
     f.kind = AisKind::Hex;
     return f;
 }
-constexpr AisFieldSpec As(AisKind kind, AisFieldSpec f) {
+constexpr AisFieldDef As(AisKind kind, AisFieldDef f) {
     f.kind = kind;
     return f;
 }
-constexpr AisFieldSpec Above(AisFieldSpec f, uint16_t bits) {
+constexpr AisFieldDef Above(AisFieldDef f, uint16_t bits) {
     f.onlyAbove = bits;
     return f;
 }
-constexpr AisFieldSpec Clip(AisFieldSpec f) {
+constexpr AisFieldDef Clip(AisFieldDef f) {
     f.clip = true;
     return f;
 }
-constexpr AisFieldSpec Each(const char* key, const AisGroupSpec& group) {
-    AisFieldSpec f = U(key, 0, 0);
+constexpr AisFieldDef Each(const char* key, const AisGroupDef& group) {
+    AisFieldDef f = U(key, 0, 0);
     f.kind = AisKind::Group;
     f.group = &group;
     return f;
@@ -104,7 +104,7 @@ constexpr const char* kDHm = "%02uT%02u:%02uZ";
 
 // Types 1, 2, 3: Class A position report. A radio state cut short by a
 // 163-bit message is read from the bits there are.
-constexpr AisFieldSpec kPositionA[] = {
+constexpr AisFieldDef kPositionA[] = {
     Coded("status", 38, 4, AisNavStatusText),
     As(AisKind::Turn, I("turn", 42, 8)),
     Num("speed", 50, 10, 0.1, 1),
@@ -120,7 +120,7 @@ constexpr AisFieldSpec kPositionA[] = {
 };
 
 // Types 4 and 11: base station report, UTC and date response.
-constexpr AisFieldSpec kBaseStation[] = {
+constexpr AisFieldDef kBaseStation[] = {
     Hide("year", 38, 14), Hide("month", 52, 4), Hide("day", 56, 5),
     Hide("hour", 61, 5), Hide("minute", 66, 6), Hide("second", 72, 6),
     When("timestamp", 6, kYmdHms),
@@ -133,7 +133,7 @@ constexpr AisFieldSpec kBaseStation[] = {
 };
 
 // Type 5: static and voyage related data.
-constexpr AisFieldSpec kStaticVoyage[] = {
+constexpr AisFieldDef kStaticVoyage[] = {
     U("imo", 40, 30),
     U("ais_version", 38, 2),
     Txt("callsign", 70, 7),
@@ -149,20 +149,20 @@ constexpr AisFieldSpec kStaticVoyage[] = {
 };
 
 // Type 6: addressed binary message, before its application.
-constexpr AisFieldSpec kAddressedBinary[] = {
+constexpr AisFieldDef kAddressedBinary[] = {
     U("seqno", 38, 2), U("dest_mmsi", 40, 30), B("retransmit", 70), U("dac", 72, 10), U("fid", 82, 6),
 };
 
 // Types 7 and 13: acknowledgements of up to four messages.
-constexpr AisFieldSpec kAcknowledge[] = {
+constexpr AisFieldDef kAcknowledge[] = {
     U("mmsi1", 40, 30), U("mmsi2", 72, 30), U("mmsi3", 104, 30), U("mmsi4", 136, 30),
 };
 
 // Type 8: broadcast binary message, before its application.
-constexpr AisFieldSpec kBroadcastBinary[] = {U("dac", 40, 10), U("fid", 50, 6)};
+constexpr AisFieldDef kBroadcastBinary[] = {U("dac", 40, 10), U("fid", 50, 6)};
 
 // Type 9: SAR aircraft position report; speed in whole knots.
-constexpr AisFieldSpec kSarAircraft[] = {
+constexpr AisFieldDef kSarAircraft[] = {
     U("alt", 38, 12),
     U("speed", 50, 10),
     B("accuracy", 60),
@@ -177,34 +177,34 @@ constexpr AisFieldSpec kSarAircraft[] = {
     U("radio", 148, 20),
 };
 
-constexpr AisFieldSpec kUtcInquiry[] = {U("dest_mmsi", 40, 30)};
+constexpr AisFieldDef kUtcInquiry[] = {U("dest_mmsi", 40, 30)};
 
-constexpr AisFieldSpec kSafetyAddressed[] = {
+constexpr AisFieldDef kSafetyAddressed[] = {
     U("seqno", 38, 2), U("dest_mmsi", 40, 30), B("retransmit", 70), TxtToEnd("text", 72),
 };
 
-constexpr AisFieldSpec kSafetyBroadcast[] = {TxtToEnd("text", 40)};
+constexpr AisFieldDef kSafetyBroadcast[] = {TxtToEnd("text", 40)};
 
 // Type 15: interrogation of one or two stations.
-constexpr AisFieldSpec kInterrogation[] = {
+constexpr AisFieldDef kInterrogation[] = {
     U("mmsi1", 40, 30), U("type1_1", 70, 6), U("offset1_1", 76, 12),
     Above(U("type1_2", 90, 6), 90), Above(U("offset1_2", 96, 12), 90),
     Above(U("mmsi2", 110, 30), 110), Above(U("type2_1", 140, 6), 110), Above(U("offset2_1", 146, 12), 110),
 };
 
 // Type 16: assigned mode command, one or two stations.
-constexpr AisFieldSpec kAssignedMode[] = {
+constexpr AisFieldDef kAssignedMode[] = {
     U("mmsi1", 40, 30), U("offset1", 70, 12), U("increment1", 82, 10),
     Above(U("mmsi2", 92, 30), 143), Above(U("offset2", 122, 12), 143), Above(U("increment2", 134, 10), 143),
 };
 
 // Type 17: DGNSS broadcast; the reference station in 1/10 minute.
-constexpr AisFieldSpec kDgnss[] = {
+constexpr AisFieldDef kDgnss[] = {
     Angle("lon", 40, 18, 600.0, 1), Angle("lat", 58, 17, 600.0, 1), Data(80, 0),
 };
 
 // Type 18: Class B position report.
-constexpr AisFieldSpec kPositionB[] = {
+constexpr AisFieldDef kPositionB[] = {
     U("reserved", 38, 8),
     Num("speed", 46, 10, 0.1, 1),
     B("accuracy", 56),
@@ -221,7 +221,7 @@ constexpr AisFieldSpec kPositionB[] = {
 };
 
 // Type 19: extended Class B position report.
-constexpr AisFieldSpec kPositionBExtended[] = {
+constexpr AisFieldDef kPositionBExtended[] = {
     U("reserved", 38, 8),
     Num("speed", 46, 10, 0.1, 1),
     B("accuracy", 56),
@@ -241,7 +241,7 @@ constexpr AisFieldSpec kPositionBExtended[] = {
 };
 
 // Type 20: data link management, four slot reservations.
-constexpr AisFieldSpec kLinkManagement[] = {
+constexpr AisFieldDef kLinkManagement[] = {
     U("offset1", 40, 12), U("number1", 52, 4), U("timeout1", 56, 3), U("increment1", 59, 11),
     U("offset2", 70, 12), U("number2", 82, 4), U("timeout2", 86, 3), U("increment2", 89, 11),
     U("offset3", 100, 12), U("number3", 112, 4), U("timeout3", 116, 3), U("increment3", 119, 11),
@@ -249,7 +249,7 @@ constexpr AisFieldSpec kLinkManagement[] = {
 };
 
 // Type 21: aid-to-navigation report.
-constexpr AisFieldSpec kAidToNavigation[] = {
+constexpr AisFieldDef kAidToNavigation[] = {
     Coded("aid_type", 38, 5, AisAidTypeText),
     As(AisKind::AtonName, Txt("name", 43, 20)),
     Angle("lon", 164, 28, 600000.0, 7),
@@ -266,20 +266,20 @@ constexpr AisFieldSpec kAidToNavigation[] = {
 };
 
 // Type 22: channel management; an area in 1/10 minute or two addressees.
-constexpr AisFieldSpec kChannelHead[] = {
+constexpr AisFieldDef kChannelHead[] = {
     U("channel_a", 40, 12), U("channel_b", 52, 12), U("txrx", 64, 4), B("power", 68),
 };
-constexpr AisFieldSpec kChannelArea[] = {
+constexpr AisFieldDef kChannelArea[] = {
     As(AisKind::Quoted, Angle("ne_lon", 69, 18, 600.0, 6)), As(AisKind::Quoted, Angle("ne_lat", 87, 17, 600.0, 6)),
     As(AisKind::Quoted, Angle("sw_lon", 104, 18, 600.0, 6)), As(AisKind::Quoted, Angle("sw_lat", 122, 17, 600.0, 6)),
 };
-constexpr AisFieldSpec kChannelAddressed[] = {U("dest1", 69, 30), U("dest2", 104, 30)};
-constexpr AisFieldSpec kChannelTail[] = {
+constexpr AisFieldDef kChannelAddressed[] = {U("dest1", 69, 30), U("dest2", 104, 30)};
+constexpr AisFieldDef kChannelTail[] = {
     B("addressed", 139), B("band_a", 140), B("band_b", 141), U("zonesize", 142, 3),
 };
 
 // Type 23: group assignment command.
-constexpr AisFieldSpec kGroupAssignment[] = {
+constexpr AisFieldDef kGroupAssignment[] = {
     As(AisKind::Quoted, Angle("ne_lon", 40, 18, 600.0, 6)), As(AisKind::Quoted, Angle("ne_lat", 58, 17, 600.0, 6)),
     As(AisKind::Quoted, Angle("sw_lon", 75, 18, 600.0, 6)), As(AisKind::Quoted, Angle("sw_lat", 93, 17, 600.0, 6)),
     Coded("stationtype", 110, 4, AisStationTypeText),
@@ -294,15 +294,15 @@ constexpr AisFieldSpec kGroupAssignment[] = {
 // newer ones carve the model and serial number out of its tail, so both are
 // reported. An auxiliary craft (MMSI 98xxxxxxx) sends its mothership's MMSI
 // where others send their dimensions.
-constexpr AisFieldSpec kStaticA[] = {Hide("partno", 38, 2), Txt("shipname", 40, 20)};
-constexpr AisFieldSpec kStaticB[] = {
+constexpr AisFieldDef kStaticA[] = {Hide("partno", 38, 2), Txt("shipname", 40, 20)};
+constexpr AisFieldDef kStaticB[] = {
     Hide("partno", 38, 2),
     Coded("shiptype", 40, 8, AisShipTypeText),
     Txt("vendorid", 48, 7), U("model", 66, 4), U("serial", 70, 20),
     Txt("callsign", 90, 7),
     U("to_bow", 132, 9), U("to_stern", 141, 9), U("to_port", 150, 6), U("to_starboard", 156, 6),
 };
-constexpr AisFieldSpec kStaticBAuxiliary[] = {
+constexpr AisFieldDef kStaticBAuxiliary[] = {
     Hide("partno", 38, 2),
     Coded("shiptype", 40, 8, AisShipTypeText),
     Txt("vendorid", 48, 7), U("model", 66, 4), U("serial", 70, 20),
@@ -311,7 +311,7 @@ constexpr AisFieldSpec kStaticBAuxiliary[] = {
 };
 
 // Type 27: long-range position report in 1/10 minute, speed in knots.
-constexpr AisFieldSpec kLongRange[] = {
+constexpr AisFieldDef kLongRange[] = {
     Coded("status", 40, 4, AisNavStatusText),
     B("accuracy", 38),
     Angle("lon", 44, 18, 600.0, 4),
@@ -325,7 +325,7 @@ constexpr AisFieldSpec kLongRange[] = {
 // ---- Binary applications (types 6 and 8), positions in 1/1000 minute ----
 
 // DAC 235/250 FI 10: UK and Irish AtoN monitoring; voltages in 0.05 V.
-constexpr AisFieldSpec kAtonMonitoring[] = {
+constexpr AisFieldDef kAtonMonitoring[] = {
     B("off_pos", 131), B("alarm", 122), U("stat_ext", 123, 8),
     As(AisKind::ScaledIfSet, Num("ana_int", 88, 10, 0.05, 2)),
     As(AisKind::ScaledIfSet, Num("ana_ext1", 98, 10, 0.05, 2)),
@@ -335,7 +335,7 @@ constexpr AisFieldSpec kAtonMonitoring[] = {
 };
 
 // DAC 1 FI 12 (IMO 236): dangerous cargo indication.
-constexpr AisFieldSpec kDangerousCargo[] = {
+constexpr AisFieldDef kDangerousCargo[] = {
     Txt("lastport", 88, 5),
     Hide("lmonth", 118, 4), Hide("lday", 122, 5), Hide("lhour", 127, 5), Hide("lminute", 132, 6),
     When("departure", 4, kMdHm),
@@ -348,24 +348,24 @@ constexpr AisFieldSpec kDangerousCargo[] = {
 };
 
 // DAC 1 FI 14 (IMO 236) and FI 32 (IMO 289): tidal windows.
-constexpr AisFieldSpec kTidal236Fields[] = {
+constexpr AisFieldDef kTidal236Fields[] = {
     Angle("lon", 27, 28, 60000.0, 6), Angle("lat", 0, 27, 60000.0, 6),
     U("from_hour", 55, 5), U("from_min", 60, 6), U("to_hour", 66, 5), U("to_min", 71, 6),
     U("cdir", 77, 9), Num("cspeed", 86, 7, 0.1, 1),
 };
-constexpr AisGroupSpec kTidal236{97, 93, kTidal236Fields, uint8_t(std::size(kTidal236Fields))};
-constexpr AisFieldSpec kTidalWindow236[] = {U("month", 88, 4), U("day", 92, 5), Each("tidals", kTidal236)};
+constexpr AisGroupDef kTidal236{97, 93, kTidal236Fields, uint8_t(std::size(kTidal236Fields))};
+constexpr AisFieldDef kTidalWindow236[] = {U("month", 88, 4), U("day", 92, 5), Each("tidals", kTidal236)};
 
-constexpr AisFieldSpec kTidal289Fields[] = {
+constexpr AisFieldDef kTidal289Fields[] = {
     Angle("lon", 0, 25, 60000.0, 6), Angle("lat", 25, 24, 60000.0, 6),
     U("from_hour", 49, 5), U("from_min", 54, 6), U("to_hour", 60, 5), U("to_min", 65, 6),
     U("cdir", 71, 9), Num("cspeed", 80, 8, 0.1, 1),
 };
-constexpr AisGroupSpec kTidal289{97, 88, kTidal289Fields, uint8_t(std::size(kTidal289Fields))};
-constexpr AisFieldSpec kTidalWindow289[] = {U("month", 88, 4), U("day", 92, 5), Each("tidals", kTidal289)};
+constexpr AisGroupDef kTidal289{97, 88, kTidal289Fields, uint8_t(std::size(kTidal289Fields))};
+constexpr AisFieldDef kTidalWindow289[] = {U("month", 88, 4), U("day", 92, 5), Each("tidals", kTidal289)};
 
 // DAC 1 FI 18 (IMO 289): clearance time to enter port.
-constexpr AisFieldSpec kClearance[] = {
+constexpr AisFieldDef kClearance[] = {
     U("linkage", 88, 10),
     Hide("month", 98, 4), Hide("day", 102, 5), Hide("hour", 107, 5), Hide("minute", 112, 6),
     When("arrival", 4, kMdHm),
@@ -374,11 +374,11 @@ constexpr AisFieldSpec kClearance[] = {
 };
 
 // DAC 1 FI 30 (IMO 289): text description, addressed.
-constexpr AisFieldSpec kTextDescription[] = {U("linkage", 88, 10), TxtToEnd("text", 98)};
+constexpr AisFieldDef kTextDescription[] = {U("linkage", 88, 10), TxtToEnd("text", 98)};
 
 // DAC 1 FI 11 (IMO 236): meteorological and hydrographic data. Offsets
 // bring the unsigned codes to degrees C (-60), hPa (+800) and metres (-10).
-constexpr AisFieldSpec kMetHydro236[] = {
+constexpr AisFieldDef kMetHydro236[] = {
     Angle("lat", 56, 24, 60000.0, 6), Angle("lon", 80, 25, 60000.0, 6),
     Hide("day", 105, 5), Hide("hour", 110, 5), Hide("minute", 115, 6),
     When("timestamp", 3, kDHm),
@@ -405,7 +405,7 @@ constexpr AisFieldSpec kMetHydro236[] = {
 
 // DAC 1 FI 31 (IMO 289): meteorological and hydrographic data, with signed
 // temperatures, pressure from 799 hPa and water level in centimetres.
-constexpr AisFieldSpec kMetHydro289[] = {
+constexpr AisFieldDef kMetHydro289[] = {
     Angle("lat", 81, 24, 60000.0, 6), Angle("lon", 56, 25, 60000.0, 6),
     B("accuracy", 105),
     Hide("day", 106, 5), Hide("hour", 111, 5), Hide("minute", 116, 6),
@@ -433,7 +433,7 @@ constexpr AisFieldSpec kMetHydro289[] = {
 };
 
 // DAC 200 FI 10: inland ship static and voyage data (lengths in dm).
-constexpr AisFieldSpec kInlandStatic[] = {
+constexpr AisFieldDef kInlandStatic[] = {
     Txt("vin", 56, 8),
     U("length", 104, 13), U("beam", 117, 10),
     Coded("shiptype", 127, 14, AisEriShipTypeText),
@@ -446,7 +446,7 @@ constexpr AisFieldSpec kInlandStatic[] = {
 // Blue cones beyond "4 B-Flag" and "Unknown" mean the bits are something else.
 bool InlandPlausible(const AisMessage& m) { return m.Raw("hazard") <= 5; }
 
-constexpr TypeSpec kTypes[] = {
+constexpr AisTypeDef kTypes[] = {
     /* 0 */ {},
     /* 1 */ {163, 204, Layout::Table, kPositionA},
     /* 2 */ {163, 204, Layout::Table, kPositionA},
@@ -490,33 +490,33 @@ constexpr Application kApplications[] = {
     {8, 200, 10, 168, kInlandStatic, InlandPlausible},
 };
 
-constexpr AisFieldSpec kSlotAddressed = B("addressed", 38);
-constexpr AisFieldSpec kSlotStructured = B("structured", 39);
-constexpr AisFieldSpec kSlotDest = U("dest_mmsi", 40, 30);
-constexpr AisFieldSpec kSlotApp[2] = {U("app_id", 40, 16), U("app_id", 70, 16)};
+constexpr AisFieldDef kSlotAddressed = B("addressed", 38);
+constexpr AisFieldDef kSlotStructured = B("structured", 39);
+constexpr AisFieldDef kSlotDest = U("dest_mmsi", 40, 30);
+constexpr AisFieldDef kSlotApp[2] = {U("app_id", 40, 16), U("app_id", 70, 16)};
 // [type 26][addressed][structured]; type 26 leaves its 20 radio bits out.
-constexpr AisFieldSpec kSlotData[2][2][2] = {
+constexpr AisFieldDef kSlotData[2][2][2] = {
     {{Data(40, 0), Data(56, 0)}, {Data(70, 0), Data(86, 0)}},
     {{Data(40, 20), Data(56, 20)}, {Data(70, 20), Data(86, 20)}},
 };
-constexpr AisFieldSpec kSlotRadio = U("radio", 0, 20);
+constexpr AisFieldDef kSlotRadio = U("radio", 0, 20);
 
-constexpr AisFieldSpec kOpaque6 = Data(88, 0);
-constexpr AisFieldSpec kOpaque8 = Data(56, 0);
+constexpr AisFieldDef kOpaque6 = Data(88, 0);
+constexpr AisFieldDef kOpaque8 = Data(56, 0);
 
 }  // namespace
 
-std::span<const TypeSpec> Types() { return kTypes; }
+std::span<const AisTypeDef> Types() { return kTypes; }
 std::span<const Application> Applications() { return kApplications; }
-std::span<const AisFieldSpec> ChannelArea() { return kChannelArea; }
-std::span<const AisFieldSpec> ChannelAddressed() { return kChannelAddressed; }
-std::span<const AisFieldSpec> ChannelTail() { return kChannelTail; }
-std::span<const AisFieldSpec> StaticPartA() { return kStaticA; }
-std::span<const AisFieldSpec> StaticPartB() { return kStaticB; }
-std::span<const AisFieldSpec> StaticPartBAuxiliary() { return kStaticBAuxiliary; }
-const AisFieldSpec& OpaqueData(uint8_t messageType) { return messageType == 6 ? kOpaque6 : kOpaque8; }
+std::span<const AisFieldDef> ChannelArea() { return kChannelArea; }
+std::span<const AisFieldDef> ChannelAddressed() { return kChannelAddressed; }
+std::span<const AisFieldDef> ChannelTail() { return kChannelTail; }
+std::span<const AisFieldDef> StaticPartA() { return kStaticA; }
+std::span<const AisFieldDef> StaticPartB() { return kStaticB; }
+std::span<const AisFieldDef> StaticPartBAuxiliary() { return kStaticBAuxiliary; }
+const AisFieldDef& OpaqueData(uint8_t messageType) { return messageType == 6 ? kOpaque6 : kOpaque8; }
 
-SlotBinarySpecs SlotBinary(int messageType, bool addressed, bool structured) {
+SlotBinaryDefs SlotBinary(int messageType, bool addressed, bool structured) {
     return {kSlotAddressed, kSlotStructured, kSlotDest, kSlotApp[addressed],
             kSlotData[messageType == 26][addressed][structured], kSlotRadio};
 }

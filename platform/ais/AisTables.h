@@ -22,15 +22,15 @@ enum class Layout : uint8_t {
     SlotBinary,   // types 25 / 26: optional addressee and application id, then data
 };
 
-struct TypeSpec {
+struct AisTypeDef {
     uint16_t minBits = 0;
     uint16_t maxBits = 0;  // 0: no upper bound
     Layout layout = Layout::Table;
-    std::span<const AisFieldSpec> fields;
+    std::span<const AisFieldDef> fields;
 };
 
 // Indexed by message type; an entry with minBits 0 is a type not decoded.
-std::span<const TypeSpec> Types();
+std::span<const AisTypeDef> Types();
 
 // A binary application of message type 6 or 8, keyed by DAC and FI.
 struct Application {
@@ -38,7 +38,7 @@ struct Application {
     uint16_t dac = 0;
     uint8_t fid = 0;
     uint16_t exactBits = 0;  // the message must have this length; 0: any
-    std::span<const AisFieldSpec> fields;
+    std::span<const AisFieldDef> fields;
     // A further test of plausibility on the decoded fields; false leaves the
     // message as opaque data.
     bool (*plausible)(const AisMessage& m) = nullptr;
@@ -48,25 +48,25 @@ std::span<const Application> Applications();
 
 // Type 22 by its addressed bit, type 24 by its part number, and the data
 // field of the opaque and slot-binary messages.
-std::span<const AisFieldSpec> ChannelArea();
-std::span<const AisFieldSpec> ChannelAddressed();
-std::span<const AisFieldSpec> ChannelTail();
-std::span<const AisFieldSpec> StaticPartA();
-std::span<const AisFieldSpec> StaticPartB();
-std::span<const AisFieldSpec> StaticPartBAuxiliary();
-const AisFieldSpec& OpaqueData(uint8_t messageType);  // the "data" of an unknown application
+std::span<const AisFieldDef> ChannelArea();
+std::span<const AisFieldDef> ChannelAddressed();
+std::span<const AisFieldDef> ChannelTail();
+std::span<const AisFieldDef> StaticPartA();
+std::span<const AisFieldDef> StaticPartB();
+std::span<const AisFieldDef> StaticPartBAuxiliary();
+const AisFieldDef& OpaqueData(uint8_t messageType);  // the "data" of an unknown application
 
 // Types 25 and 26: the addressee and application id are there only when
 // their flags say so, and the data starts after whichever are; type 26
 // ends in 20 bits of radio status.
-struct SlotBinarySpecs {
-    const AisFieldSpec& addressed;
-    const AisFieldSpec& structured;
-    const AisFieldSpec& destMmsi;
-    const AisFieldSpec& appId;
-    const AisFieldSpec& data;
-    const AisFieldSpec& radio;
+struct SlotBinaryDefs {
+    const AisFieldDef& addressed;
+    const AisFieldDef& structured;
+    const AisFieldDef& destMmsi;
+    const AisFieldDef& appId;
+    const AisFieldDef& data;
+    const AisFieldDef& radio;
 };
-SlotBinarySpecs SlotBinary(int messageType, bool addressed, bool structured);
+SlotBinaryDefs SlotBinary(int messageType, bool addressed, bool structured);
 
 }  // namespace ombra::aistables

@@ -30,14 +30,14 @@ bool SplitHostPort(std::string_view text, std::string& host, uint16_t& port) {
 
 }  // namespace
 
-PortSpec ParsePortSpec(std::string_view raw, std::string_view baseFolder) {
-    PortSpec s;
+PortAddress ParsePortAddress(std::string_view raw, std::string_view baseFolder) {
+    PortAddress s;
     std::string text = Trim(raw);
     std::string_view t = text;
     if (StartsWith(t, "tcp://")) {
-        if (SplitHostPort(t.substr(6), s.host, s.port) && !s.host.empty()) s.kind = PortSpec::Kind::Tcp;
+        if (SplitHostPort(t.substr(6), s.host, s.port) && !s.host.empty()) s.kind = PortAddress::Kind::Tcp;
     } else if (StartsWith(t, "udp://")) {
-        if (SplitHostPort(t.substr(6), s.host, s.port)) s.kind = PortSpec::Kind::Udp;
+        if (SplitHostPort(t.substr(6), s.host, s.port)) s.kind = PortAddress::Kind::Udp;
     } else if (StartsWith(t, "file://")) {
         std::string_view rest = t.substr(7);
         size_t q = rest.find('?');
@@ -62,10 +62,10 @@ PortSpec ParsePortSpec(std::string_view raw, std::string_view baseFolder) {
             bool absolute = p[0] == '/' || p[0] == '\\' || (p.size() > 1 && p[1] == ':');
             if (!absolute && !baseFolder.empty()) p = WithTrailingSlash(baseFolder) + p;
             s.path = ResolvePath(NativePath(p));
-            s.kind = PortSpec::Kind::File;
+            s.kind = PortAddress::Kind::File;
         }
     } else if (StartsWith(t, "/")) {
-        s.kind = PortSpec::Kind::Serial;
+        s.kind = PortAddress::Kind::Serial;
         s.path = text;
     }
     return s;

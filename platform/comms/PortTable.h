@@ -28,7 +28,7 @@ namespace ombra {
 
 class Registry;
 
-struct PortSpec {
+struct PortAddress {
     enum class Kind { None, Serial, Tcp, Udp, File };
     Kind kind = Kind::None;
     std::string path;        // serial device or log file (native form)
@@ -39,7 +39,7 @@ struct PortSpec {
 };
 
 // Parses one device text; `baseFolder` anchors relative file paths.
-PortSpec ParsePortSpec(std::string_view text, std::string_view baseFolder = "");
+PortAddress ParsePortAddress(std::string_view text, std::string_view baseFolder = "");
 
 // Where the comms service asks what a port number means.
 class PortDirectory {

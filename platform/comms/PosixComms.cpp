@@ -94,7 +94,7 @@ bool SetNonBlocking(int fd) {
 
 // One open port: its device, its queue and its thread.
 struct PortSource {
-    PortSpec spec;
+    PortAddress addr;
     int32_t baud = 4800;
     LineQueue queue;
     int fd = -1;          // the device, owned by the thread once it runs
@@ -144,9 +144,9 @@ struct PortSource {
     // (Re)establishes the device; false when it is not there yet.
     bool Reconnect() {
         std::string why;
-        if (spec.kind == PortSpec::Kind::Serial) {
-            fd = OpenSerial(spec.path, baud, why);
-        } else if (spec.kind == PortSpec::Kind::Tcp) {
+        if (addr.kind == PortAddress::Kind::Serial) {
+            fd = OpenSerial(addr.path, baud, why);
+        } else if (addr.kind == PortAddress::Kind::Tcp) {
             fd = DialTcp();
         }
         connected = fd >= 0;
@@ -159,8 +159,8 @@ struct PortSource {
         hints.ai_socktype = SOCK_STREAM;
         hints.ai_flags = AI_NUMERICSERV;
         addrinfo* res = nullptr;
-        std::string port = std::to_string(spec.port);
-        if (::getaddrinfo(spec.host.c_str(), port.c_str(), &hints, &res) != 0) return -1;
+        std::string port = std::to_string(addr.port);
+        if (::getaddrinfo(addr.host.c_str(), port.c_str(), &hints, &res) != 0) return -1;
         int s = -1;
         for (addrinfo* a = res; a && s < 0 && !stop; a = a->ai_next) {
             s = ::socket(a->ai_family, a->ai_socktype | SOCK_CLOEXEC, a->ai_protocol);
@@ -189,11 +189,11 @@ struct PortSource {
     void WritePending() {
         std::lock_guard<std::mutex> lock(outMu);
         if (out.empty()) return;
-        if (fd < 0 || spec.kind == PortSpec::Kind::Udp || spec.kind == PortSpec::Kind::File) {
+        if (fd < 0 || addr.kind == PortAddress::Kind::Udp || addr.kind == PortAddress::Kind::File) {
             out.clear();  // nowhere to send it: output is not kept for a later peer
             return;
         }
-        ssize_t n = spec.kind == PortSpec::Kind::Tcp ? ::send(fd, out.data(), out.size(), MSG_NOSIGNAL)
+        ssize_t n = addr.kind == PortAddress::Kind::Tcp ? ::send(fd, out.data(), out.size(), MSG_NOSIGNAL)
                                                      : ::write(fd, out.data(), out.size());
         if (n > 0) out.erase(0, size_t(n));
     }
@@ -206,7 +206,7 @@ struct PortSource {
                 if (!Nap(1000)) break;
                 continue;
             }
-            bool udp = spec.kind == PortSpec::Kind::Udp;
+            bool udp = addr.kind == PortAddress::Kind::Udp;
             pollfd p[2] = {{fd, short(POLLIN | (HasOutput() && !udp ? POLLOUT : 0)), 0}, {wake[0], POLLIN, 0}};
             int r = ::poll(p, 2, 1000);
             if (r < 0) {
@@ -248,12 +248,12 @@ struct PortSource {
             if (::poll(&p, 1, 50) > 0 && (p.revents & POLLOUT)) WritePending();
             if (p.revents & (POLLHUP | POLLERR)) break;
         }
-        if (fd >= 0 && spec.kind == PortSpec::Kind::Serial) ::tcdrain(fd);
+        if (fd >= 0 && addr.kind == PortAddress::Kind::Serial) ::tcdrain(fd);
     }
 
     // Replays a log: lines as they stand, waiting between position fixes.
     void RunFile() {
-        const auto interval = std::chrono::duration<double>(1.0 / spec.rate);
+        const auto interval = std::chrono::duration<double>(1.0 / addr.rate);
         std::string pace;  // the identifier that marks each new fix
         auto last = SteadyClock::now();
         bool first = true;
@@ -271,7 +271,7 @@ struct PortSource {
             return !stop;
         };
         while (!stop) {
-            FILE* f = std::fopen(spec.path.c_str(), "rb");
+            FILE* f = std::fopen(addr.path.c_str(), "rb");
             if (!f) {
                 connected = false;
                 if (!Nap(1000)) return;
@@ -317,7 +317,7 @@ struct PortSource {
             }
             if (go) emit();
             std::fclose(f);
-            if (!go || !spec.loop) break;
+            if (!go || !addr.loop) break;
             if (!waitTurn()) return;
             first = true;
         }
@@ -325,7 +325,7 @@ struct PortSource {
     }
 
     void Run() {
-        if (spec.kind == PortSpec::Kind::File)
+        if (addr.kind == PortAddress::Kind::File)
             RunFile();
         else
             RunDevice();
@@ -360,40 +360,40 @@ int16_t PosixComms::OpenComPort(int16_t port, int32_t baudRate) {
         return 0;
     }
     std::string device = dir_.DeviceOf(port);
-    PortSpec spec = ParsePortSpec(device, dir_.BaseFolder());
+    PortAddress addr = ParsePortAddress(device, dir_.BaseFolder());
     auto src = std::make_shared<PortSource>(capacity_);
-    src->spec = spec;
+    src->addr = addr;
     src->baud = baudRate;
-    switch (spec.kind) {
-        case PortSpec::Kind::None:
+    switch (addr.kind) {
+        case PortAddress::Kind::None:
             lastError_ = "port " + std::to_string(port) + " has no device (\"" + device + "\")";
             return 0;
-        case PortSpec::Kind::Serial:
-            src->fd = OpenSerial(spec.path, baudRate, lastError_);
+        case PortAddress::Kind::Serial:
+            src->fd = OpenSerial(addr.path, baudRate, lastError_);
             if (src->fd < 0) return 0;
             src->connected = true;
             break;
-        case PortSpec::Kind::Tcp: {
+        case PortAddress::Kind::Tcp: {
             addrinfo hints{};
             hints.ai_socktype = SOCK_STREAM;
             hints.ai_flags = AI_NUMERICSERV;
             addrinfo* res = nullptr;
-            if (::getaddrinfo(spec.host.c_str(), std::to_string(spec.port).c_str(), &hints, &res) != 0) {
-                lastError_ = spec.host + ": unknown host";
+            if (::getaddrinfo(addr.host.c_str(), std::to_string(addr.port).c_str(), &hints, &res) != 0) {
+                lastError_ = addr.host + ": unknown host";
                 return 0;
             }
             ::freeaddrinfo(res);
             break;
         }
-        case PortSpec::Kind::Udp: {
+        case PortAddress::Kind::Udp: {
             addrinfo hints{};
             hints.ai_family = AF_INET;
             hints.ai_socktype = SOCK_DGRAM;
             hints.ai_flags = AI_NUMERICSERV | AI_PASSIVE;
             addrinfo* res = nullptr;
-            const char* host = spec.host.empty() ? nullptr : spec.host.c_str();
-            if (::getaddrinfo(host, std::to_string(spec.port).c_str(), &hints, &res) != 0 || !res) {
-                lastError_ = spec.host + ": unknown address";
+            const char* host = addr.host.empty() ? nullptr : addr.host.c_str();
+            if (::getaddrinfo(host, std::to_string(addr.port).c_str(), &hints, &res) != 0 || !res) {
+                lastError_ = addr.host + ": unknown address";
                 return 0;
             }
             int s = ::socket(res->ai_family, res->ai_socktype | SOCK_CLOEXEC, res->ai_protocol);
@@ -403,7 +403,7 @@ int16_t PosixComms::OpenComPort(int16_t port, int32_t baudRate) {
                 ::setsockopt(s, SOL_SOCKET, SO_BROADCAST, &one, sizeof one);
             }
             if (s < 0 || ::bind(s, res->ai_addr, res->ai_addrlen) != 0) {
-                lastError_ = "udp port " + std::to_string(spec.port) + ": " + std::strerror(errno);
+                lastError_ = "udp port " + std::to_string(addr.port) + ": " + std::strerror(errno);
                 if (s >= 0) ::close(s);
                 ::freeaddrinfo(res);
                 return 0;
@@ -414,9 +414,9 @@ int16_t PosixComms::OpenComPort(int16_t port, int32_t baudRate) {
             src->connected = true;
             break;
         }
-        case PortSpec::Kind::File:
-            if (::access(spec.path.c_str(), R_OK) != 0) {
-                lastError_ = spec.path + ": " + std::strerror(errno);
+        case PortAddress::Kind::File:
+            if (::access(addr.path.c_str(), R_OK) != 0) {
+                lastError_ = addr.path + ": " + std::strerror(errno);
                 return 0;
             }
             break;

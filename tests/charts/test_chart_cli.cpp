@@ -87,9 +87,9 @@ TEST(ChartCli, BadFilesChangeNothingInstalled) {
     ASSERT_EQ(Cli({"install", SharedData("kap/SAMPLE1.KAP"), "--root", root.path()}).exitCode, 0);
     std::string ptr = ReadFile(root / "ChartCat/Chart.PTR");
     std::string cat = ReadFile(root / "ChartCat/Chart.CAT");
-    KapSpec spec;
-    spec.Number = "6000";
-    std::string good = WriteKap(spec);
+    KapShape shape;
+    shape.Number = "6000";
+    std::string good = WriteKap(shape);
     struct Bad {
         std::string name, bytes, message;
     } bad[] = {
@@ -120,9 +120,9 @@ TEST(ChartCli, BadFilesChangeNothingInstalled) {
 
 TEST(ChartCli, NumbersFromFileNamesAndSeveralAtOnce) {
     TempDir root;
-    KapSpec a;
+    KapShape a;
     a.OmitNumber = true;
-    KapSpec b;
+    KapShape b;
     b.Number = "5501";
     b.LatN = -33.70;
     b.LatS = -33.95;

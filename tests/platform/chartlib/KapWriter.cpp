@@ -12,7 +12,7 @@ namespace {
 using chartlib::Projection;
 using chartlib::ProjectionParams;
 
-ProjectionKind KindOf(const KapSpec& s) {
+ProjectionKind KindOf(const KapShape& s) {
     if (s.Projection == "MERCATOR") return ProjectionKind::Mercator;
     if (s.Projection == "LAMBERT CONFORMAL CONIC") return ProjectionKind::LambertConformalConic;
     if (s.Projection == "POLYCONIC") return ProjectionKind::Polyconic;
@@ -24,7 +24,7 @@ struct Frame {
     double e0, e1, n0, n1;  // projected extent
 };
 
-Frame MakeFrame(const KapSpec& s) {
+Frame MakeFrame(const KapShape& s) {
     Frame f;
     ProjectionParams p;
     p.Kind = KindOf(s);
@@ -85,7 +85,7 @@ std::string Fmt(const char* f, double a) {
 
 }  // namespace
 
-int PatternPixel(const KapSpec& s, int x, int y) {
+int PatternPixel(const KapShape& s, int x, int y) {
     int colours = (1 << s.Bits) - 1;
     // Bands of varying width with a diagonal, so runs of 1 to hundreds occur.
     int band = ((x / (1 + (y % 7) * 13)) + y / 5) % colours;
@@ -93,7 +93,7 @@ int PatternPixel(const KapSpec& s, int x, int y) {
     return 1 + band;
 }
 
-std::vector<KapRefOut> KapRefs(const KapSpec& s) {
+std::vector<KapRefOut> KapRefs(const KapShape& s) {
     Frame f = MakeFrame(s);
     std::vector<std::pair<double, double>> px = {
         {0, 0}, {double(s.Width - 1), 0}, {double(s.Width - 1), double(s.Height - 1)}, {0, double(s.Height - 1)}};
@@ -113,7 +113,7 @@ std::vector<KapRefOut> KapRefs(const KapSpec& s) {
     return out;
 }
 
-std::string WriteKap(const KapSpec& s) {
+std::string WriteKap(const KapShape& s) {
     std::string h;
     h += "! Written by the Ombra tests\r\n";
     h += "VER/3.0\r\n";

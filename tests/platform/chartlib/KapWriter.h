@@ -12,7 +12,7 @@
 
 namespace ombra::test {
 
-struct KapSpec {
+struct KapShape {
     std::string Name = "TEST CHART";
     std::string Number = "7001";
     int Width = 300, Height = 200;
@@ -37,13 +37,13 @@ struct KapSpec {
 };
 
 // The file's bytes.
-std::string WriteKap(const KapSpec& spec);
+std::string WriteKap(const KapShape& shape);
 // The reference points written (pixel x, y, lat, lon), for checks.
 struct KapRefOut {
     double x, y, lat, lon;
 };
-std::vector<KapRefOut> KapRefs(const KapSpec& spec);
+std::vector<KapRefOut> KapRefs(const KapShape& shape);
 // A default pattern with long and short runs of every colour.
-int PatternPixel(const KapSpec& spec, int x, int y);
+int PatternPixel(const KapShape& shape, int x, int y);
 
 }  // namespace ombra::test

@@ -109,8 +109,8 @@ TEST(ImageFile, PngIsReadByOtherSoftware) {
 
 TEST(OmbraChartLibrary, OpenRefusalsKeepThePreviousChart) {
     TempDir dir;
-    KapSpec spec;
-    WriteFile(dir / "C.KAP", WriteKap(spec));
+    KapShape shape;
+    WriteFile(dir / "C.KAP", WriteKap(shape));
     OmbraChartLibrary lib;
     ImportedChart chart;
     chart.Number = "C";

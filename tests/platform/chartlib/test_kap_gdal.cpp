@@ -65,8 +65,8 @@ std::vector<std::pair<double, double>> GdalTransform(const std::string& kap, con
     return out;
 }
 
-KapSpec SpecOf(const std::vector<std::string>& row) {
-    KapSpec s;
+KapShape ShapeOf(const std::vector<std::string>& row) {
+    KapShape s;
     s.Name = row[0];
     s.Width = int(Val(row[1]));
     s.Height = int(Val(row[2]));
@@ -89,9 +89,9 @@ TEST(KapAgainstGdal, IndicesColoursAndMappingAgree) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row[0]);
         TempDir dir;
-        KapSpec spec = SpecOf(row);
+        KapShape shape = ShapeOf(row);
         std::string kap = dir / (row[0] + ".KAP");
-        WriteFile(kap, WriteKap(spec));
+        WriteFile(kap, WriteKap(shape));
 
         OmbraChartLibrary lib;
         ImportedChart chart;
@@ -102,8 +102,8 @@ TEST(KapAgainstGdal, IndicesColoursAndMappingAgree) {
         std::vector<uint8_t> ours;
         int w = 0, h = 0;
         ASSERT_TRUE(lib.FullRasterIndices(ours, w, h));
-        ASSERT_EQ(w, spec.Width);
-        ASSERT_EQ(h, spec.Height);
+        ASSERT_EQ(w, shape.Width);
+        ASSERT_EQ(h, shape.Height);
         std::string raw = dir / "gdal.raw";
         RunResult g = test::Run({"gdal_translate", "-q", "-of", "ENVI", kap, raw});
         ASSERT_EQ(g.exitCode, 0) << g.err;
@@ -130,7 +130,7 @@ TEST(KapAgainstGdal, IndicesColoursAndMappingAgree) {
         // the same pixel here.
         std::vector<std::pair<double, double>> px;
         for (int i = 0; i <= 6; ++i)
-            for (int j = 0; j <= 6; ++j) px.emplace_back((spec.Width - 1) * i / 6.0 + 0.25, (spec.Height - 1) * j / 6.0 + 0.75);
+            for (int j = 0; j <= 6; ++j) px.emplace_back((shape.Width - 1) * i / 6.0 + 0.25, (shape.Height - 1) * j / 6.0 + 0.75);
         auto geo = GdalTransform(kap, px);
         ASSERT_EQ(geo.size(), px.size());
         double worst = 0;
@@ -192,7 +192,7 @@ TEST(KapProjections, ReferencePointsAreMetAndMappingRoundTrips) {
         std::string proj;
         for (size_t i = 3; i + 8 < n; ++i) proj += (proj.empty() ? "" : " ") + row[i];
         SCOPED_TRACE(row[0] + " " + proj);
-        KapSpec s;
+        KapShape s;
         s.Name = row[0];
         s.Width = int(Val(row[1]));
         s.Height = int(Val(row[2]));

@@ -90,8 +90,8 @@ std::string Apply(const Damage& d, std::string b) {
 }
 
 TEST(KapReader, DamagedFilesGiveMessagesNotCrashes) {
-    KapSpec spec;
-    std::string good = WriteKap(spec);
+    KapShape shape;
+    std::string good = WriteKap(shape);
     std::vector<uint8_t> goodPixels;
     ASSERT_EQ(ReadAll(good, &goodPixels), "");
     auto table = DamageTable();
@@ -113,10 +113,10 @@ TEST(KapReader, DamagedFilesGiveMessagesNotCrashes) {
 }
 
 TEST(KapReader, EveryTruncationFailsCleanlyOrReadsWhole) {
-    KapSpec spec;
-    spec.Width = 60;
-    spec.Height = 20;
-    std::string good = WriteKap(spec);
+    KapShape shape;
+    shape.Width = 60;
+    shape.Height = 20;
+    std::string good = WriteKap(shape);
     std::vector<uint8_t> goodPixels;
     ASSERT_EQ(ReadAll(good, &goodPixels), "");
     for (size_t cut = 0; cut < good.size(); cut += 7) {
@@ -129,10 +129,10 @@ TEST(KapReader, EveryTruncationFailsCleanlyOrReadsWhole) {
 }
 
 TEST(KapReader, HeaderFieldsAndContinuations) {
-    KapSpec spec;
-    spec.Continuation = true;
+    KapShape shape;
+    shape.Continuation = true;
     KapReader r;
-    ASSERT_TRUE(r.Open(WriteKap(spec))) << r.Error();
+    ASSERT_TRUE(r.Open(WriteKap(shape))) << r.Error();
     const auto& h = r.Header();
     EXPECT_EQ(h.Name, "TEST CHART");
     EXPECT_EQ(h.Number, "7001");
@@ -156,12 +156,12 @@ TEST(KapReader, HeaderFieldsAndContinuations) {
 }
 
 TEST(KapReader, RowOnePixelShortIsCompletedWithZero) {
-    KapSpec spec;
-    spec.Width = 8;
-    spec.Height = 2;
-    spec.Index = false;
-    spec.Pixel = [](int, int) { return 3; };
-    std::string b = WriteKap(spec);
+    KapShape shape;
+    shape.Width = 8;
+    shape.Height = 2;
+    shape.Index = false;
+    shape.Pixel = [](int, int) { return 3; };
+    std::string b = WriteKap(shape);
     // Each row is a marker, one run byte (colour 3, count 7: eight pixels)
     // and the end mark; make the runs seven pixels long.
     size_t raster = b.find('\x1a') + 3;
@@ -177,8 +177,8 @@ TEST(KapReader, RowOnePixelShortIsCompletedWithZero) {
 }
 
 TEST(KapReader, SizeClaimsAreRefusedBeforeAllocation) {
-    KapSpec spec;
-    std::string b = WriteKap(spec);
+    KapShape shape;
+    std::string b = WriteKap(shape);
     size_t at = b.find("RA=");
     b.replace(at, b.find(",DU", at) - at, "RA=40000,40000");
     chartlib::KapLimits small;
@@ -190,8 +190,8 @@ TEST(KapReader, SizeClaimsAreRefusedBeforeAllocation) {
 
 TEST(KapImport, AFailedImportLeavesNothing) {
     TempDir dir;
-    KapSpec spec;
-    std::string good = WriteKap(spec);
+    KapShape shape;
+    std::string good = WriteKap(shape);
     std::string kap = dir / "BAD.KAP";
     WriteFile(kap, good.substr(0, good.find('\x1a') + 200));
     chartlib::OmbraChartLibrary lib;

@@ -139,7 +139,7 @@ TEST(LineQueue, FramingFloodAndOverlong) {
 TEST(PortTable, DeviceTexts) {
     struct Case {
         const char* text;
-        PortSpec::Kind kind;
+        PortAddress::Kind kind;
         const char* host;
         int port;
         const char* path;
@@ -147,28 +147,28 @@ TEST(PortTable, DeviceTexts) {
         bool loop;
     };
     const Case cases[] = {
-        {"/dev/ttyUSB0", PortSpec::Kind::Serial, "", 0, "/dev/ttyUSB0", 1, true},
-        {"  /dev/ttyS1 ", PortSpec::Kind::Serial, "", 0, "/dev/ttyS1", 1, true},
-        {"tcp://127.0.0.1:10110", PortSpec::Kind::Tcp, "127.0.0.1", 10110, "", 1, true},
-        {"tcp://[::1]:2000", PortSpec::Kind::Tcp, "::1", 2000, "", 1, true},
-        {"tcp://:2000", PortSpec::Kind::None, "", 0, "", 1, true},  // a client needs a host
-        {"udp://:10110", PortSpec::Kind::Udp, "", 10110, "", 1, true},
-        {"udp://127.0.0.1:5000", PortSpec::Kind::Udp, "127.0.0.1", 5000, "", 1, true},
-        {"udp://:0", PortSpec::Kind::None, "", 0, "", 1, true},
-        {"udp://:70000", PortSpec::Kind::None, "", 0, "", 1, true},
-        {"tcp://host:12ab", PortSpec::Kind::None, "", 0, "", 1, true},
-        {"file:///var/log/a.nmea?rate=10&loop=0", PortSpec::Kind::File, "", 0, "/var/log/a.nmea", 10, false},
-        {"file:///x.nmea?rate=-3", PortSpec::Kind::File, "", 0, "/x.nmea", 1, true},
-        {"file://Demo\\run.nmea", PortSpec::Kind::File, "", 0, "/base/Demo/run.nmea", 1, true},
-        {"file://", PortSpec::Kind::None, "", 0, "", 1, true},
-        {"COM1", PortSpec::Kind::None, "", 0, "", 1, true},
-        {"", PortSpec::Kind::None, "", 0, "", 1, true},
+        {"/dev/ttyUSB0", PortAddress::Kind::Serial, "", 0, "/dev/ttyUSB0", 1, true},
+        {"  /dev/ttyS1 ", PortAddress::Kind::Serial, "", 0, "/dev/ttyS1", 1, true},
+        {"tcp://127.0.0.1:10110", PortAddress::Kind::Tcp, "127.0.0.1", 10110, "", 1, true},
+        {"tcp://[::1]:2000", PortAddress::Kind::Tcp, "::1", 2000, "", 1, true},
+        {"tcp://:2000", PortAddress::Kind::None, "", 0, "", 1, true},  // a client needs a host
+        {"udp://:10110", PortAddress::Kind::Udp, "", 10110, "", 1, true},
+        {"udp://127.0.0.1:5000", PortAddress::Kind::Udp, "127.0.0.1", 5000, "", 1, true},
+        {"udp://:0", PortAddress::Kind::None, "", 0, "", 1, true},
+        {"udp://:70000", PortAddress::Kind::None, "", 0, "", 1, true},
+        {"tcp://host:12ab", PortAddress::Kind::None, "", 0, "", 1, true},
+        {"file:///var/log/a.nmea?rate=10&loop=0", PortAddress::Kind::File, "", 0, "/var/log/a.nmea", 10, false},
+        {"file:///x.nmea?rate=-3", PortAddress::Kind::File, "", 0, "/x.nmea", 1, true},
+        {"file://Demo\\run.nmea", PortAddress::Kind::File, "", 0, "/base/Demo/run.nmea", 1, true},
+        {"file://", PortAddress::Kind::None, "", 0, "", 1, true},
+        {"COM1", PortAddress::Kind::None, "", 0, "", 1, true},
+        {"", PortAddress::Kind::None, "", 0, "", 1, true},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text);
-        PortSpec s = ParsePortSpec(c.text, "/base");
+        PortAddress s = ParsePortAddress(c.text, "/base");
         EXPECT_EQ(s.kind, c.kind);
-        if (s.kind == PortSpec::Kind::None) continue;
+        if (s.kind == PortAddress::Kind::None) continue;
         EXPECT_EQ(s.host, c.host);
         EXPECT_EQ(s.port, c.port);
         EXPECT_EQ(s.path, c.path);
