@@ -21,10 +21,6 @@ namespace {
 constexpr double kDeg = 0.017453292519944444;
 constexpr int16_t kToolDragVessel = 8;
 
-double Fold360(double a) {
-    a = std::fmod(a, 360.0);
-    return a < 0.0 ? a + 360.0 : a;
-}
 }  // namespace
 
 void VesselModule::LoadVesselSettings() {

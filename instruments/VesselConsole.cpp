@@ -20,10 +20,6 @@ namespace ombra {
 namespace {
 constexpr double kDeg = 0.017453292519944444;
 
-double Fold360(double a) {
-    a = std::fmod(a, 360.0);
-    return a < 0.0 ? a + 360.0 : a;
-}
 }  // namespace
 
 std::string VesselModule::AngleText(double trueDegrees) const {

@@ -37,6 +37,7 @@
 //   // c == 90, d == 60.108 (the ellipsoid's equator is longer than a
 //   // minute-a-mile sphere's)
 #pragma once
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -96,6 +97,12 @@ void GeodesicDirect(const LatLong& from, float distance, float azimuth, LatLong&
 // values go through sine, cosine and an arctangent.
 double CompassToMath(double compass);
 double MathToCompass(double math);
+
+// An angle in degrees folded into [0, 360).
+inline double Fold360(double a) {
+    a = std::fmod(a, 360.0);
+    return a < 0.0 ? a + 360.0 : a;
+}
 
 // Splitting a great circle for drawing: a leg is cut about every 60 miles,
 // into at most 10 pieces. Pieces = round(distance / 60), ties to even, plus
