@@ -1,6 +1,6 @@
 // A whole instruments subsystem over fake services, for tests: scripted
-// ports, a settable clock, scripted dialogs, and hooks that record which
-// end-of-cycle steps ran, in order.
+// ports (or real ones), a settable clock, scripted dialogs, and hooks that
+// record which end-of-cycle steps ran, in order.
 #pragma once
 #include <string>
 #include <vector>
@@ -17,48 +17,41 @@
 
 namespace ombra::test {
 
+#define OMBRA_RECORD(fn, name) \
+    void fn() override { calls.push_back(name); }
+
 struct RecordingHooks : InstrumentHooks {
-    std::vector<std::string> calls;
-    std::vector<std::string> ais;
-    std::vector<std::string> arpa;
-    bool own = false;
+    std::vector<std::string> calls, ais, arpa;
+    bool own = false, tide = false;
     OwnVesselReport ownReport;
-    bool tide = false;
     double set = 0, drift = 0;
     float variation = 0.0f;
     int lostShown = 0, lostHidden = 0;
     void ShowCommDialog(CommDialog d) override { calls.push_back("ShowCommDialog" + std::to_string(int(d))); }
     void DecodeAIS(const std::string& s) override { ais.push_back(s); }
-    bool GetOwnVessel(OwnVesselReport& r) override {
-        r = ownReport;
-        return own;
-    }
+    bool GetOwnVessel(OwnVesselReport& r) override { return r = ownReport, own; }
     void DecodeARPA(std::string_view id, const std::string& s) override { arpa.push_back(std::string(id) + ":" + s); }
-    void ClearArpaTargets() override { calls.push_back("ClearArpaTargets"); }
-    void ClearActiveTargets() override { calls.push_back("ClearActiveTargets"); }
     void SetGPSMenuState(bool on) override { calls.push_back(on ? "MenuGPSOn" : "MenuGPSOff"); }
-    bool TideAtVessel(double& s, double& d) override {
-        s = set;
-        d = drift;
-        return tide;
-    }
+    bool TideAtVessel(double& s, double& d) override { return s = set, d = drift, tide; }
     float VesselVariation() override { return variation; }
     void LogEvent(int16_t code, const std::string& text) override { calls.push_back("Log" + std::to_string(code) + ":" + text); }
-    void AddTrackPoint() override { calls.push_back("AddTrackPoint"); }
-    void CloseTrack() override { calls.push_back("CloseTrack"); }
-    void AutoLog() override { calls.push_back("AutoLog"); }
-    void RefreshTargets() override { calls.push_back("RefreshTargets"); }
-    void TrackCheck() override { calls.push_back("TrackCheck"); }
-    void ManOverboardReadout() override { calls.push_back("ManOverboard"); }
-    void RedrawVessel() override { calls.push_back("RedrawVessel"); }
     void CheckBoundaries(const LatLong&, bool) override { calls.push_back("CheckBoundaries"); }
     void CheckAnchorAlarm(const LatLong&) override { calls.push_back("CheckAnchorAlarm"); }
-    void CheckArrivalAlarm() override { calls.push_back("CheckArrivalAlarm"); }
-    void CheckXTEAlarm() override { calls.push_back("CheckXTEAlarm"); }
-    void RefreshAutoscrollMarker() override { calls.push_back("AutoscrollMarker"); }
-    void UpdateLogRunningRecord() override { calls.push_back("LogRunning"); }
-    void RefreshSatInfo() override { calls.push_back("SatInfo"); }
     void ShowLostGPS(bool show) override { (show ? lostShown : lostHidden)++; }
+    OMBRA_RECORD(ClearArpaTargets, "ClearArpaTargets")
+    OMBRA_RECORD(ClearActiveTargets, "ClearActiveTargets")
+    OMBRA_RECORD(AddTrackPoint, "AddTrackPoint")
+    OMBRA_RECORD(CloseTrack, "CloseTrack")
+    OMBRA_RECORD(AutoLog, "AutoLog")
+    OMBRA_RECORD(RefreshTargets, "RefreshTargets")
+    OMBRA_RECORD(TrackCheck, "TrackCheck")
+    OMBRA_RECORD(ManOverboardReadout, "ManOverboard")
+    OMBRA_RECORD(RedrawVessel, "RedrawVessel")
+    OMBRA_RECORD(CheckArrivalAlarm, "CheckArrivalAlarm")
+    OMBRA_RECORD(CheckXTEAlarm, "CheckXTEAlarm")
+    OMBRA_RECORD(RefreshAutoscrollMarker, "AutoscrollMarker")
+    OMBRA_RECORD(UpdateLogRunningRecord, "LogRunning")
+    OMBRA_RECORD(RefreshSatInfo, "SatInfo")
 };
 
 struct RecordingChart : ChartOps {
@@ -67,15 +60,14 @@ struct RecordingChart : ChartOps {
     bool hasView = false;
     std::vector<LatLong> centres;
     bool ChartOpen() override { return hasView; }
-    void CentreOnVessel() override { calls.push_back("CentreOnVessel"); }
+    OMBRA_RECORD(CentreOnVessel, "CentreOnVessel")
     void OpenBestChartAt(const LatLong&) override { calls.push_back("OpenBestChartAt"); }
-    bool GetScrollView(ScrollView& v) override {
-        v = view;
-        return hasView;
-    }
+    bool GetScrollView(ScrollView& v) override { return v = view, hasView; }
     void CentreChartAt(const LatLong& p) override { centres.push_back(p); }
 };
+#undef OMBRA_RECORD
 
+// The subsystem over `ports`, or over `live` when given.
 struct InstrumentsFixture {
     MemorySettings store;
     Globals globals;
@@ -88,9 +80,10 @@ struct InstrumentsFixture {
     ScriptedComms ports;
     RecordingHooks hooks;
     RecordingChart chart;
-    Instruments ins{{reg, units, globals, clock, events, errors, ports, hooks, chart}};
+    Comms* live;
+    Instruments ins{{reg, units, globals, clock, events, errors, live ? *live : ports, hooks, chart}};
 
-    explicit InstrumentsFixture(const std::string& appPath = "/nonexistent-ombra-app/") {
+    explicit InstrumentsFixture(const std::string& appPath = "/nonexistent-ombra-app/", Comms* comms = nullptr) : live(comms) {
         globals.AppPath = appPath;
         clock.SetTime(12, 0, 0);
     }

@@ -21,8 +21,6 @@
 
 using namespace ombra;
 using namespace std::chrono_literals;
-using ombra::test::RecordingChart;
-using ombra::test::RecordingHooks;
 using ombra::test::Sentence;
 
 namespace {
@@ -38,25 +36,16 @@ public:
 struct LiveRig {
     MapPorts table;
     PosixComms comms{table};
-    MemorySettings store;
-    Globals globals;
-    Registry reg{store, globals.ProductName};
-    Units units;
-    ManualClock clock;
-    NoEvents events;
-    ScriptedDialogs dialogs;
-    ErrorReporter errors{dialogs, globals.ProductName};
-    RecordingHooks hooks;
-    RecordingChart chart;
-    Instruments ins{{reg, units, globals, clock, events, errors, comms, hooks, chart}};
+    test::InstrumentsFixture f{"/nonexistent-ombra-app/", &comms};
+    Instruments& ins = f.ins;
+    ManualClock& clock = f.clock;
+    Registry& reg = f.reg;
 
     LiveRig(const std::string& device, int32_t baud) {
-        globals.AppPath = "/nonexistent-ombra-app/";
         clock.SetTime(14, 5, 0);
         table.devices[1] = device;
         reg.SaveSetting(Key::GPSBaudRate, std::to_string(baud));
-        ins.LoadCommsSettings();
-        ins.vessel.LoadVesselSettings();
+        f.Load();
     }
     // Ticks (read and cycle, as the main timer does) until a fix has been
     // decoded or the wall-clock deadline passes.

@@ -90,23 +90,6 @@ TEST(VesselCycle, ConnectSilenceLostAndBack) {
     EXPECT_EQ(f.ins.console.AgeLine, "");
 }
 
-// After reception runs out the first cycle sees 0, the next -1.
-TEST(VesselCycle, PoorThenNoSignal) {
-    InstrumentsFixture f;
-    f.Load();
-    f.ins.comm.StartGPS();
-    f.ports.Feed(1, GGA("120000", "5000.000", "N", "01200.000", "W"));
-    Cycle(f);
-    ASSERT_EQ(f.V().Mode, 2);
-    // Back to Connecting by hand, to watch the two texts in turn.
-    f.V().Mode = 3;
-    f.clock.Advance(25);
-    EXPECT_EQ(Cycle(f), 0);
-    EXPECT_EQ(f.ins.console.StatusText, "Poor GPS signal");
-    EXPECT_EQ(Cycle(f), -1);
-    EXPECT_EQ(f.ins.console.StatusText, "No GPS Signal");
-}
-
 // The 20th failed connect cycle asks; Yes counts again from 0, No stops.
 TEST(VesselCycle, ConnectTriesAsk) {
     InstrumentsFixture f;
