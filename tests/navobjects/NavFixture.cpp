@@ -1,6 +1,7 @@
 #include "tests/navobjects/NavFixture.h"
 
 #include <cmath>
+#include <sstream>
 
 #include "core/Format.h"
 #include "navmath/RLGC.h"
@@ -12,18 +13,15 @@ ChartPoint FakeChart::Pixel(const LatLong& p) const {
 }
 
 void FakeChart::PrepareNavPoint(NavPoint& p) {
-    ++prepares;
-    int16_t n = PanelCount();
-    p.InPlan.assign(size_t(n), 0);
-    p.Pixel.assign(size_t(n), ChartPoint{});
+    p.InPlan.assign(size_t(PanelCount()), 0);
+    p.Pixel.assign(size_t(PanelCount()), ChartPoint{});
     p.Local = LatLong{p.Wgs84.Long + 3.0, p.Wgs84.Lat - 2.0};  // a chart datum 3" east, 2" south
-    bool inInset = inset && p.Wgs84.Long >= insetMin.Long && p.Wgs84.Long <= insetMax.Long && p.Wgs84.Lat >= insetMin.Lat &&
-                   p.Wgs84.Lat <= insetMax.Lat;
-    if (inInset) {
+    if (inset && p.Wgs84.Long >= insetMin.Long && p.Wgs84.Long <= insetMax.Long && p.Wgs84.Lat >= insetMin.Lat &&
+        p.Wgs84.Lat <= insetMax.Lat) {
         // The inset sits at chart pixels from (5000, 0), four times the detail.
         p.InPlan[1] = 1;
         p.Pixel[1] = {5000 + int(std::lround((p.Wgs84.Long - insetMin.Long) / (scale / 4))),
-                        int(std::lround((insetMax.Lat - p.Wgs84.Lat) / (scale / 4)))};
+                      int(std::lround((insetMax.Lat - p.Wgs84.Lat) / (scale / 4)))};
     } else {
         p.InPlan[0] = 1;
         p.Pixel[0] = Pixel(p.Wgs84);
@@ -32,7 +30,7 @@ void FakeChart::PrepareNavPoint(NavPoint& p) {
 
 bool FakeChart::ScreenToPosition(ChartPoint s, LatLong& out) {
     if (!open) return false;
-    out = LatLong{originLong + (s.x + viewX) * scale, originLat - (s.y + viewY) * scale};
+    out = LatLong{originLong + s.x * scale, originLat - s.y * scale};
     return true;
 }
 
@@ -84,50 +82,6 @@ bool FakeChart::HitLeg(const NavPoint& from, const NavPoint& to, bool, ChartPoin
     return false;
 }
 
-int ScriptedHost::TwoChoice(const std::string& title, const std::string& text, const std::string& a,
-                            const std::string& b) {
-    asked.push_back({"TwoChoice", title, text, {a, b}});
-    if (twoChoices.empty()) return 0;
-    int r = twoChoices.front();
-    twoChoices.pop_front();
-    return r;
-}
-
-int ScriptedHost::ListPick(const std::string& title, const std::vector<std::string>& items, const std::string& button) {
-    asked.push_back({"List", title, button, items});
-    if (listPicks.empty()) return -1;
-    int r = listPicks.front();
-    listPicks.pop_front();
-    return r;
-}
-
-bool ScriptedHost::WaypointDialog(WaypointDialogRequest& r) {
-    asked.push_back({"WaypointDialog", r.Caption, r.DbLabel + " " + r.DbName, {}});
-    return waypointDialog ? waypointDialog(r) : false;
-}
-
-std::string ScriptedHost::ChooseFolder(const std::string& title, const std::string& prompt) {
-    asked.push_back({"Folder", title, prompt, {}});
-    if (folders.empty()) return "";
-    std::string r = folders.front();
-    folders.pop_front();
-    return r;
-}
-
-std::string ScriptedHost::ChooseFile(const std::string& title, const std::string& prompt, const std::string& filterName,
-                                     const std::string& pattern) {
-    asked.push_back({"File", title, prompt, {filterName, pattern}});
-    if (files.empty()) return "";
-    std::string r = files.front();
-    files.pop_front();
-    return r;
-}
-
-bool ScriptedHost::ShowAttachment(const std::string& path) {
-    asked.push_back({"Attachment", path, "", {}});
-    return attachmentLoads;
-}
-
 std::vector<std::string> NavWorld::Messages() const {
     std::vector<std::string> out;
     for (const auto& a : dialogs.asked)
@@ -137,11 +91,19 @@ std::vector<std::string> NavWorld::Messages() const {
 
 std::vector<std::string> NavWorld::Errors() const {
     std::vector<std::string> out;
-    for (const auto& a : dialogs.asked)
-        if (a.kind == "MsgBox" && a.text.rfind("Error in '", 0) == 0) out.push_back(a.text);
+    for (const std::string& m : Messages())
+        if (m.rfind("Error in '", 0) == 0) out.push_back(m);
     return out;
 }
 
 std::string NavData(const std::string& rel) { return ReadFile(std::string(OMBRA_TEST_DATA) + "/navobjects/" + rel); }
+
+std::vector<std::string> NavCases(const std::string& rel) {
+    std::istringstream in(NavData(rel));
+    std::vector<std::string> out;
+    for (std::string line; std::getline(in, line);)
+        if (!line.empty() && line[0] != '#') out.push_back(line);
+    return out;
+}
 
 }  // namespace ombra::test

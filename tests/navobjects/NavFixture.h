@@ -2,6 +2,9 @@
 // plain linear chart view standing in for the chart engine, and a host
 // whose windows answer from a script and record what they were asked.
 #pragma once
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -14,6 +17,7 @@
 #include "core/Units.h"
 #include "navobjects/NavChart.h"
 #include "navobjects/NavHost.h"
+#include "navobjects/NavObjects.h"
 #include "navobjects/NavStore.h"
 #include "platform/fake/ManualClock.h"
 #include "platform/fake/MemorySettings.h"
@@ -22,24 +26,17 @@
 
 namespace ombra::test {
 
-// A chart of two panels on a plain plate carrée: panel 0 covers the whole
-// world at `scale` seconds of arc a pixel from (originLong, originLat) at
-// its top-left; panel 1, an inset, covers a box of its own at four times
-// the detail and lies over panel 0. The view shows chart pixels one to one,
-// shifted by (viewX, viewY).
+// Panel 0 covers the world at `scale` seconds of arc a pixel from
+// (originLong, originLat); panel 1, an inset at four times the detail, lies
+// over it. The view shows chart pixels one to one.
 class FakeChart : public NavChart {
 public:
-    bool open = true;
+    bool open = true, inset = false, iconsOff = false;
     double originLong = -6.0 * 3600, originLat = 51.0 * 3600, scale = 6.0;  // 10 pixels a minute
-    bool inset = false;
     LatLong insetMin{-5.0 * 3600, 50.0 * 3600}, insetMax{-4.5 * 3600, 50.25 * 3600};
-    int viewX = 0, viewY = 0;
-    int16_t labelOverride = 0;
-    bool iconsOff = false;
     int redraws = 0;
-    int prepares = 0;
+    int16_t labelOverride = 0;
     std::vector<LatLong> centred;
-
     struct Leg {
         std::string kind;  // "RL", "Plain", "GC"
         LatLong from, to;
@@ -51,7 +48,7 @@ public:
     bool ChartOpen() override { return open; }
     void PrepareNavPoint(NavPoint& p) override;
     int16_t PanelCount() override { return inset ? 2 : 1; }
-    ChartPoint ToScreen(ChartPoint c) override { return {c.x - viewX, c.y - viewY}; }
+    ChartPoint ToScreen(ChartPoint c) override { return c; }
     double ScreenPixelsPerNM(int16_t panel) override { return panel == 1 ? 40.0 : 10.0; }
     bool ScreenToPosition(ChartPoint screen, LatLong& wgs84) override;
     void DrawRhumbLine(Canvas& c, const NavPoint& from, const NavPoint& to, bool labelWanted, int16_t courseMode,
@@ -66,9 +63,7 @@ public:
     Rgb LabelColour() override { return MakeRgb(0, 0, 0); }
     int16_t LabelOverride() override { return labelOverride; }
     bool RouteIconsOff() override { return iconsOff; }
-
-    // Panel 0's pixel of a position.
-    ChartPoint Pixel(const LatLong& p) const;
+    ChartPoint Pixel(const LatLong& p) const;  // panel 0's pixel of a position
 
 private:
     void Piece(Canvas& c, const NavPoint& from, const NavPoint& to, const std::string& label);
@@ -76,40 +71,62 @@ private:
 
 class ScriptedHost : public NavHost {
 public:
-    std::deque<int> twoChoices;                 // 1, 2 or 0
-    std::deque<int> listPicks;                  // row or -1
-    std::deque<std::string> folders, files;     // chooser answers ("" cancels)
-    // Answers FrmWayPoint: edits the request and says OK (true) or Cancel.
-    std::function<bool(WaypointDialogRequest&)> waypointDialog;
+    std::deque<int> twoChoices;              // 1, 2 or 0
+    std::deque<int> listPicks;               // row or -1
+    std::deque<std::string> folders, files;  // chooser answers ("" cancels)
+    std::function<bool(WaypointDialogRequest&)> waypointDialog;  // edits the request; OK or Cancel
     bool attachmentLoads = true;
     float variation = 0.0f;
-    bool vesselActive = false;
-    LatLong vesselPos;
-
     struct Asked {
         std::string kind, title, text;
         std::vector<std::string> items;
     };
     std::vector<Asked> asked;
     std::vector<std::string> status;
-    int menuRefreshes = 0, listRefreshes = 0, legChanges = 0;
     std::vector<ChartPoint> cursorAt;
 
-    int TwoChoice(const std::string& title, const std::string& text, const std::string& a, const std::string& b) override;
-    int ListPick(const std::string& title, const std::vector<std::string>& items, const std::string& button) override;
-    bool WaypointDialog(WaypointDialogRequest& r) override;
-    std::string ChooseFolder(const std::string& title, const std::string& prompt) override;
+    int TwoChoice(const std::string& title, const std::string& text, const std::string& a, const std::string& b) override {
+        asked.push_back({"TwoChoice", title, text, {a, b}});
+        return Next(twoChoices, 0);
+    }
+    int ListPick(const std::string& title, const std::vector<std::string>& items, const std::string& button) override {
+        asked.push_back({"List", title, button, items});
+        return Next(listPicks, -1);
+    }
+    bool WaypointDialog(WaypointDialogRequest& r) override {
+        asked.push_back({"WaypointDialog", r.Caption, r.DbLabel + " " + r.DbName, {}});
+        return waypointDialog && waypointDialog(r);
+    }
+    std::string ChooseFolder(const std::string& title, const std::string& prompt) override {
+        asked.push_back({"Folder", title, prompt, {}});
+        return Next(folders, std::string());
+    }
     std::string ChooseFile(const std::string& title, const std::string& prompt, const std::string& filterName,
-                           const std::string& pattern) override;
-    bool ShowAttachment(const std::string& path) override;
+                           const std::string& pattern) override {
+        asked.push_back({"File", title, prompt, {filterName, pattern}});
+        return Next(files, std::string());
+    }
+    bool ShowAttachment(const std::string& path) override {
+        asked.push_back({"Attachment", path, "", {}});
+        return attachmentLoads;
+    }
     void SetStatus(const std::string& text) override { status.push_back(text); }
-    void MenuCaptionsChanged() override { ++menuRefreshes; }
-    void ListsChanged() override { ++listRefreshes; }
+    void MenuCaptionsChanged() override {}
+    void ListsChanged() override {}
     void SetCursorAt(ChartPoint p) override { cursorAt.push_back(p); }
     float Variation(const LatLong&) override { return variation; }
-    bool VesselActive() override { return vesselActive; }
-    LatLong VesselPos() override { return vesselPos; }
-    void ActiveLegChanged() override { ++legChanges; }
+    bool VesselActive() override { return false; }
+    LatLong VesselPos() override { return {}; }
+    void ActiveLegChanged() override {}
+
+private:
+    template <class T>
+    static T Next(std::deque<T>& q, T none) {
+        if (q.empty()) return none;
+        T r = q.front();
+        q.pop_front();
+        return r;
+    }
 };
 
 // Everything a store is built with, over a temporary user data root.
@@ -132,9 +149,23 @@ struct NavWorld {
         globals.VersionText = "0.1";
     }
     std::string Path(const std::string& rel) const { return dir.path() + "/" + rel; }
-    // The texts of every message box so far, and of the error reports.
-    std::vector<std::string> Messages() const;
-    std::vector<std::string> Errors() const;
+    std::vector<std::string> Messages() const;  // every message box's text
+    std::vector<std::string> Errors() const;    // the error reports' texts
+};
+
+// All the stores, each with a database open: Marks, Routes and Areas.
+struct NavSet : ::testing::Test {
+    NavWorld w;
+    ActiveLeg leg;
+    NavObjects nav{w.ctx, leg};
+    void SetUp() override {
+        nav.LoadNavObjects();
+        nav.LoadWaypoints();
+        w.dialogs.texts = {"Marks", "Routes", "Areas"};
+        nav.waypoints.NewWaypointDB();
+        nav.routes.NewRouteDB();
+        nav.boundaries.NewBoundaryDB();
+    }
 };
 
 // A position from degrees and minutes, as the tests write them.
@@ -144,7 +175,13 @@ inline LatLong DM(int latDeg, double latMin, int lonDeg, double lonMin) {
     return LatLong{lon, lat};
 }
 
-// A file of the test data, read whole.
+inline bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+inline bool Has(const std::vector<std::string>& list, const std::string& item) {
+    return std::find(list.begin(), list.end(), item) != list.end();
+}
+
+// A file of the test data, read whole; and a table's lines, less blanks and comments.
 std::string NavData(const std::string& rel);
+std::vector<std::string> NavCases(const std::string& rel);
 
 }  // namespace ombra::test

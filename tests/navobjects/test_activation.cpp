@@ -1,8 +1,6 @@
 // Activation, the next point and de-activation, watched where the
 // navigator sees them: the console's waypoint rows and the NMEA burst of
 // the instruments, which read the ActiveLeg record this module writes.
-#include <gtest/gtest.h>
-
 #include "instruments/Instruments.h"
 #include "navmath/RLGC.h"
 #include "navobjects/Activation.h"
@@ -19,7 +17,6 @@ namespace {
 struct ConsoleHost : ScriptedHost {
     Instruments* ins = nullptr;
     void ActiveLegChanged() override {
-        ScriptedHost::ActiveLegChanged();
         if (ins) ins->vessel.UpdateWaypointConsole();
     }
     bool VesselActive() override { return ins && ins->vessel.VesselActive(); }
@@ -79,7 +76,7 @@ TEST_F(Activating, AWaypointShowsOnTheConsoleAndInTheBurst) {
     wp.At(2)->Name = "WP017";
     ASSERT_TRUE(act.ActivateWaypoint(2));
     EXPECT_EQ(wp.ActiveIndex, 2);
-    const ActiveLeg& leg = ins.leg;
+    const ActiveLeg& leg = ins.leg;  // what the console and the burst are made from
     EXPECT_EQ(leg.Kind, 1);
     EXPECT_EQ(leg.Name, "WP017");
     EXPECT_EQ(leg.FromName, "");
@@ -95,13 +92,16 @@ TEST_F(Activating, AWaypointShowsOnTheConsoleAndInTheBurst) {
     EXPECT_EQ(C().LabWP[1], "50° 20.000 ´N");
     EXPECT_EQ(C().LabWP[4].substr(C().LabWP[4].size() - 6), " NM RL");
     std::string burst = Burst();
-    EXPECT_NE(burst.find("$GPRMB,"), std::string::npos) << burst;
     // RMB: from the vessel ("001") to waypoint 017 at its position.
-    EXPECT_NE(burst.find(",001,017,5020.000,N,00440.000,W,"), std::string::npos) << burst;
-    // Its range edited: the leg has it at once.
-    w.host.waypointDialog = nullptr;
-    act.UpdateActiveRange(-0.7f);
+    EXPECT_TRUE(Has(burst, "$GPRMB,") && Has(burst, ",001,017,5020.000,N,00440.000,W,")) << burst;
+    act.UpdateActiveRange(-0.7f);  // its range edited: the leg has it at once
     EXPECT_FLOAT_EQ(ins.leg.AlarmRange, 0.7f);
+    // Deleted, it is de-activated first.
+    w.dialogs.replies.push_back(mb::Yes);
+    wp.DeleteWaypoint(2);
+    EXPECT_EQ(ins.leg.Kind, 0);
+    EXPECT_EQ(wp.ActiveIndex, 0);
+    EXPECT_EQ(C().LabWP[0], "N/A");
 }
 
 TEST_F(Activating, ARouteDropsTheWaypointWithOneRedraw) {
@@ -115,7 +115,6 @@ TEST_F(Activating, ARouteDropsTheWaypointWithOneRedraw) {
     EXPECT_EQ(rt.ActivePoint, 1);
     EXPECT_EQ(ins.leg.Kind, 2);
     EXPECT_EQ(ins.leg.Name, "WP1");
-    EXPECT_EQ(C().LabWP[0], "WP1");
     // The route's next points, along its own legs.
     EXPECT_TRUE(act.NextPointExists());
     ASSERT_TRUE(act.NextRoutePoint());
@@ -125,8 +124,7 @@ TEST_F(Activating, ARouteDropsTheWaypointWithOneRedraw) {
     EXPECT_EQ(ins.leg.From, DM(50, 10, -5, 5));
     EXPECT_DOUBLE_EQ(ins.leg.LegCourse, rt.At(1)->Legs[0].Course);
     EXPECT_EQ(C().LabWP[0], "WP2");
-    std::string burst = Burst();
-    EXPECT_NE(burst.find(",5020.000,N,00510.000,W,"), std::string::npos) << burst;  // RMB: to point 2
+    EXPECT_TRUE(Has(Burst(), ",5020.000,N,00510.000,W,")) << Burst();  // RMB: to point 2
     // The vessel on the planned track's line is on track: the cross-track
     // error is measured from the route's leg, not from where it was.
     ins.vessel.vessel.Pos = DM(50, 15, -5, 7.5);
@@ -160,16 +158,6 @@ TEST_F(Activating, ALaterPointByHandStartsFromTheVessel) {
     EXPECT_TRUE(rt.DeleteRoute(1));
     EXPECT_EQ(ins.leg.Kind, 0);
     EXPECT_EQ(C().WPFrameCaption, "No Active Waypoint");
-}
-
-TEST_F(Activating, DeletingTheActiveWaypointDeactivatesIt) {
-    VesselOn();
-    act.ActivateWaypoint(2);
-    w.dialogs.replies.push_back(mb::Yes);
-    wp.DeleteWaypoint(2);
-    EXPECT_EQ(ins.leg.Kind, 0);
-    EXPECT_EQ(wp.ActiveIndex, 0);
-    EXPECT_EQ(C().LabWP[0], "N/A");
 }
 
 }  // namespace

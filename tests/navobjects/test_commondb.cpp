@@ -1,6 +1,5 @@
 // What the three stores share: index files, file names, select, delete,
-// export and import, with every text the user sees.
-#include <gtest/gtest.h>
+// export and import, with the texts the user sees.
 #include <sys/stat.h>
 
 #include "core/Paths.h"
@@ -26,16 +25,19 @@ struct Common : ::testing::Test {
     void Store(const std::string& name, const std::vector<std::pair<std::string, LatLong>>& points) {
         w.dialogs.texts.push_back(name);
         wp.NewWaypointDB();
-        for (auto& [n, p] : points) {
-            int16_t s = wp.AddWaypoint(AddBy::Mouse, &p);
-            wp.At(s)->Name = n;
-        }
+        for (auto& [n, p] : points) wp.At(wp.AddWaypoint(AddBy::Mouse, &p))->Name = n;
         wp.SaveWaypointDB();
+    }
+    // Export of the first database into `folder`, answering a question with `reply`.
+    void Export(const std::string& folder, int reply = -1) {
+        w.host.listPicks.push_back(0);
+        w.host.folders.push_back(folder);
+        if (reply >= 0) w.dialogs.replies.push_back(reply);
+        wp.ExportWaypointDB();
     }
 };
 
 TEST_F(Common, InitMakesFoldersAndAnEmptyIndexOnce) {
-    EXPECT_TRUE(FolderExists(w.Path("Waypoint")));
     EXPECT_EQ(ReadFile(F("vst00000.way")), "");
     WriteFile(F("vst00000.way"), "\"Kept\",\"vst00004.way\"\r\n");
     wp.InitWayPointData();
@@ -43,21 +45,23 @@ TEST_F(Common, InitMakesFoldersAndAnEmptyIndexOnce) {
     // A data root that does not exist yet is made too.
     NavWorld other;
     other.globals.UserDataPath = other.dir.path() + "/deep/er/";
-    Waypoints w2(other.ctx, symbols);
-    w2.InitWayPointData();
+    Waypoints(other.ctx, symbols).InitWayPointData();
     EXPECT_TRUE(FileExists(other.dir.path() + "/deep/er/Waypoint/vst00000.way"));
 }
 
 TEST_F(Common, NewFileNameTakesTheFirstGap) {
-    EXPECT_EQ(db.NewDBFileName(index), "vst00001.way");
-    WriteFile(F("vst00001.way"), "x");
-    WriteFile(F("vst00003.way"), "x");
-    EXPECT_EQ(db.NewDBFileName(index), "vst00002.way");
-    WriteFile(F("vst00002.way"), "x");
-    EXPECT_EQ(db.NewDBFileName(index), "vst00004.way");
-    // Other stores' files do not count.
-    WriteFile(F("vst00004.rte"), "x");
-    EXPECT_EQ(db.NewDBFileName(index), "vst00004.way");
+    struct {
+        const char* add;
+        const char* next;
+    } steps[] = {{nullptr, "vst00001.way"},
+                 {"vst00001.way", "vst00002.way"},
+                 {"vst00003.way", "vst00002.way"},
+                 {"vst00002.way", "vst00004.way"},
+                 {"vst00004.rte", "vst00004.way"}};  // other stores' files do not count
+    for (const auto& s : steps) {
+        if (s.add) WriteFile(F(s.add), "x");
+        EXPECT_EQ(db.NewDBFileName(index), s.next) << (s.add ? s.add : "");
+    }
 }
 
 TEST_F(Common, NamesAreExactAndMayHoldCommasAndQuotes) {
@@ -65,32 +69,24 @@ TEST_F(Common, NamesAreExactAndMayHoldCommasAndQuotes) {
     EXPECT_EQ(ReadFile(F("vst00000.way")), "\"Say \"\"Hi\"\", then\",\"vst00001.way\"\r\n");
     EXPECT_FALSE(db.DBNameIsFree(index, "Say \"Hi\", then"));
     EXPECT_TRUE(db.DBNameIsFree(index, "say \"hi\", then"));
-    std::vector<DBEntry> e = ReadIndex(index);
-    ASSERT_EQ(e.size(), 1u);
-    EXPECT_EQ(e[0].Name, "Say \"Hi\", then");
-    // The default name skips the ones taken.
+    ASSERT_EQ(ReadIndex(index).size(), 1u);
+    EXPECT_EQ(ReadIndex(index)[0].Name, "Say \"Hi\", then");
+    // A taken name is refused and asked again; the answer is trimmed.
     Store("WPDB1", {});
-    w.dialogs.texts.push_back("\x18");
-    wp.NewWaypointDB();
-    EXPECT_EQ(w.dialogs.asked.back().kind, "InputBox");
-    EXPECT_EQ(w.dialogs.asked.back().title, "New Waypoint Database");
-    EXPECT_EQ(w.dialogs.asked.back().text, "Enter name of new database file.");
-    // A taken name is refused and asked again.
     w.dialogs.texts = {"WPDB1", "  Fresh  "};
     wp.NewWaypointDB();
+    EXPECT_EQ(w.dialogs.asked.back().title, "New Waypoint Database");
     EXPECT_EQ(wp.CurrentName, "Fresh");
-    EXPECT_NE(std::find(w.Messages().begin(), w.Messages().end(), "The name entered already exists."), w.Messages().end());
+    EXPECT_TRUE(Has(w.Messages(), "The name entered already exists."));
     EXPECT_EQ(wp.ViewCaption(), "&View 'Fresh' Database");
 }
 
-TEST_F(Common, SelectOnAnEmptyIndexShowsAnEmptyListAndFails) {
+TEST_F(Common, SelectOnAnEmptyIndexShowsAnEmptyListInTheStoresWords) {
     DBEntry e;
     EXPECT_FALSE(db.SelectDB(index, e));
     ASSERT_EQ(w.host.asked.size(), 1u);
     EXPECT_EQ(w.host.asked[0].title, "Select Waypoint Database");
-    EXPECT_EQ(w.host.asked[0].text, "Select");
     EXPECT_TRUE(w.host.asked[0].items.empty());
-    // The other stores' words.
     db.SelectDB(w.Path("Routes/vst00000.rte"), e);
     EXPECT_EQ(w.host.asked.back().title, "Select Route Database");
     db.SelectDB(w.Path("Boundaries/vst00000.bdy"), e);
@@ -101,22 +97,19 @@ TEST_F(Common, DeleteRemovesOneLineAndItsFileKeepingTheRest) {
     Store("One", {{"A", DM(50, 0, -5, 0)}});
     Store("Two", {{"B", DM(50, 1, -5, 0)}});
     // An unreadable line in the index is kept as it stands.
-    std::string idx = ReadFile(F("vst00000.way"));
-    WriteFile(F("vst00000.way"), idx + "garbage without quotes\r\n");
+    WriteFile(F("vst00000.way"), ReadFile(F("vst00000.way")) + "garbage without quotes\r\n");
     wp.CloseWaypointDB();
     w.host.listPicks.push_back(0);
     w.dialogs.replies.push_back(mb::Yes);
     wp.DeleteWaypointDB();
     EXPECT_EQ(w.host.asked.back().title, "Delete Waypoint Database");
-    EXPECT_EQ(w.host.asked.back().text, "Delete");
     EXPECT_EQ(w.dialogs.asked.back().text, "Confirm deletion.");
     EXPECT_EQ(ReadFile(F("vst00000.way")), "\"Two\",\"vst00002.way\"\r\ngarbage without quotes\r\n");
     EXPECT_FALSE(FileExists(F("vst00001.way")));
     EXPECT_TRUE(FileExists(F("vst00002.way")));
     // Deleting the open database closes it first.
-    w.host.listPicks.push_back(0);
+    w.host.listPicks = {0, 0};
     ASSERT_TRUE(wp.SelectWaypointDB());
-    w.host.listPicks.push_back(0);
     w.dialogs.replies.push_back(mb::Yes);
     wp.DeleteWaypointDB();
     EXPECT_FALSE(wp.IsOpen());
@@ -131,87 +124,62 @@ TEST_F(Common, DeleteRemovesOneLineAndItsFileKeepingTheRest) {
 
 TEST_F(Common, ExportRefusesAStoreFolderAndAsksBeforeOverwriting) {
     Store("Out", {{"A", DM(50, 0, -5, 0)}});
-    std::string data = ReadFile(F("vst00001.way"));
-    // Into the store's own folder: refused by its index file.
-    w.host.listPicks.push_back(0);
-    w.host.folders.push_back(w.Path("Waypoint"));
-    wp.ExportWaypointDB();
-    EXPECT_EQ(w.host.asked.back().title, "Browse");
+    std::string data = ReadFile(F("vst00001.way")), copy = w.Path("usb/vst00001.way");
+    Export(w.Path("Waypoint"));  // the store's own folder: refused by its index file
     EXPECT_EQ(w.host.asked.back().text, "Select path for export.");
     EXPECT_EQ(w.Messages().back(), "Cannot export to a directory that contains an index file");
-    // Into a plain folder.
     MakeFolder(w.Path("usb"));
-    w.host.listPicks.push_back(0);
-    w.host.folders.push_back(w.Path("usb"));
-    wp.ExportWaypointDB();
+    Export(w.Path("usb"));
     EXPECT_EQ(w.Messages().back(), "Database Exported");
-    EXPECT_EQ(ReadFile(w.Path("usb/vst00001.way")), data);
-    EXPECT_NE(std::find(w.host.status.begin(), w.host.status.end(), "Exporting files"), w.host.status.end());
+    EXPECT_EQ(ReadFile(copy), data);
+    EXPECT_TRUE(Has(w.host.status, "Exporting files"));
     // Again, over a read-only copy: asked, overwritten, read-only again.
-    WriteFile(w.Path("usb/vst00001.way"), "old");
-    ::chmod(w.Path("usb/vst00001.way").c_str(), 0444);
-    w.host.listPicks.push_back(0);
-    w.host.folders.push_back(w.Path("usb"));
-    w.dialogs.replies.push_back(mb::Yes);
-    wp.ExportWaypointDB();
+    WriteFile(copy, "old");
+    ::chmod(copy.c_str(), 0444);
+    Export(w.Path("usb"), mb::Yes);
     EXPECT_EQ(w.Messages()[w.Messages().size() - 2], "vst00001.way already exists!\nDo you wish to overwrite it?");
-    EXPECT_EQ(ReadFile(w.Path("usb/vst00001.way")), data);
+    EXPECT_EQ(ReadFile(copy), data);
     struct stat st;
-    ASSERT_EQ(::stat(w.Path("usb/vst00001.way").c_str(), &st), 0);
+    ASSERT_EQ(::stat(copy.c_str(), &st), 0);
     EXPECT_EQ(st.st_mode & 0222, 0u);
     // No leaves the copy alone.
-    ::chmod(w.Path("usb/vst00001.way").c_str(), 0644);
-    WriteFile(w.Path("usb/vst00001.way"), "mine");
-    w.host.listPicks.push_back(0);
-    w.host.folders.push_back(w.Path("usb"));
-    w.dialogs.replies.push_back(mb::No);
-    wp.ExportWaypointDB();
-    EXPECT_EQ(ReadFile(w.Path("usb/vst00001.way")), "mine");
+    ::chmod(copy.c_str(), 0644);
+    WriteFile(copy, "mine");
+    Export(w.Path("usb"), mb::No);
+    EXPECT_EQ(ReadFile(copy), "mine");
 }
 
 TEST_F(Common, ImportWithANameClashReplacesOrRenames) {
     Store("Solent", {{"A", DM(50, 0, -1, 0)}});
-    MakeFolder(w.Path("usb"));
-    WriteFile(w.Path("usb/from-friend.way"),
-              "\"Ver 2.19\"\r\n\"Solent\"\r\n\"Friend\",1,\"\",180000,-3600,0,1,0.5,1,0,\"\"\r\n");
-    // Renamed.
-    w.host.files.push_back(w.Path("usb/from-friend.way"));
-    w.dialogs.replies.push_back(mb::No);
-    w.dialogs.texts.push_back("  Solent (friend) ");
-    wp.ImportWaypointDB();
-    EXPECT_EQ(w.host.asked.back().title, "Browse");
-    EXPECT_EQ(w.host.asked.back().text, "Select Waypoint DB file for import.");
+    std::string file = w.Path("usb/from-friend.way");
+    WriteFile(file, "\"Ver 2.19\"\r\n\"Solent\"\r\n\"Friend\",1,\"\",180000,-3600,0,1,0.5,1,0,\"\"\r\n");
+    auto import = [&](int reply, std::deque<std::string> texts) {
+        w.host.files.push_back(file);
+        if (reply >= 0) w.dialogs.replies.push_back(reply);
+        w.dialogs.texts = texts;
+        wp.ImportWaypointDB();
+    };
+    import(mb::No, {"  Solent (friend) "});  // renamed
     EXPECT_EQ(w.host.asked.back().items[1], "*.way");
-    const auto& q = w.dialogs.asked[w.dialogs.asked.size() - 2];
-    EXPECT_EQ(q.title, "Waypoint Database Import");
-    EXPECT_EQ(q.text, "A Waypoint Database called \"Solent\" already exists.\n\nDo you wish to replace the existing Waypoint Database?");
-    EXPECT_EQ(w.dialogs.asked.back().text, "Enter an alternative Waypoint Database name");
+    EXPECT_EQ(w.dialogs.asked[w.dialogs.asked.size() - 2].text,
+              "A Waypoint Database called \"Solent\" already exists.\n\nDo you wish to replace the existing Waypoint Database?");
     EXPECT_EQ(wp.CurrentName, "Solent (friend)");
     EXPECT_EQ(wp.At(1)->Name, "Friend");
-    EXPECT_FALSE(FileExists(F("vst99999.way")));
-    EXPECT_EQ(ReadFile(F("vst00000.way")),
-              "\"Solent\",\"vst00001.way\"\r\n\"Solent (friend)\",\"vst00002.way\"\r\n");
-    // Replaced: the old file goes and the new one takes the name.
-    w.host.files.push_back(w.Path("usb/from-friend.way"));
-    w.dialogs.replies.push_back(mb::Yes);
-    wp.ImportWaypointDB();
+    EXPECT_EQ(ReadFile(F("vst00000.way")), "\"Solent\",\"vst00001.way\"\r\n\"Solent (friend)\",\"vst00002.way\"\r\n");
+    // Replaced: the old file goes and the new data takes its free name.
+    import(mb::Yes, {});
     EXPECT_EQ(wp.CurrentName, "Solent");
-    // (its file name is free again, so the new data takes it)
-    EXPECT_NE(ReadFile(F("vst00001.way")).find("\"Friend\""), std::string::npos);
-    EXPECT_EQ(ReadFile(F("vst00000.way")),
-              "\"Solent (friend)\",\"vst00002.way\"\r\n\"Solent\",\"vst00001.way\"\r\n");
+    EXPECT_TRUE(Has(ReadFile(F("vst00001.way")), "\"Friend\""));
+    EXPECT_EQ(ReadFile(F("vst00000.way")), "\"Solent (friend)\",\"vst00002.way\"\r\n\"Solent\",\"vst00001.way\"\r\n");
     // An empty alternative ends the import with nothing added.
-    w.host.files.push_back(w.Path("usb/from-friend.way"));
-    w.dialogs.replies.push_back(mb::No);
-    w.dialogs.texts.push_back("");
-    wp.ImportWaypointDB();
+    import(mb::No, {""});
     EXPECT_FALSE(wp.IsOpen());
     EXPECT_EQ(ReadIndex(index).size(), 2u);
     EXPECT_FALSE(FileExists(F("vst99999.way")));
     // A file of the oldest form is named after itself.
-    WriteFile(w.Path("usb/Channel marks.way"), NavData("waypoints/old-form.way"));
-    w.host.files.push_back(w.Path("usb/Channel marks.way"));
-    wp.ImportWaypointDB();
+    file = w.Path("usb/Channel marks.way");
+    WriteFile(file, NavData("waypoints/old-form.way"));
+    import(-1, {});
     EXPECT_EQ(wp.CurrentName, "Channel marks");
     EXPECT_EQ(wp.Rows(false).size(), 2u);
 }

@@ -1,27 +1,13 @@
 // What the navigation objects draw, checked on a recording canvas: which
 // pieces, with which pens and brushes, which labels, in which panels.
-#include <gtest/gtest.h>
-
 #include "core/Format.h"
-#include "navobjects/NavObjects.h"
 #include "platform/fake/RecordingCanvas.h"
 #include "tests/navobjects/NavFixture.h"
 
 namespace ombra::test {
 namespace {
 
-struct Drawing : ::testing::Test {
-    NavWorld w;
-    ActiveLeg leg;
-    NavObjects nav{w.ctx, leg};
-    void SetUp() override {
-        nav.LoadNavObjects();
-        nav.LoadWaypoints();
-        w.dialogs.texts = {"Marks", "Routes", "Areas"};
-        nav.waypoints.NewWaypointDB();
-        nav.routes.NewRouteDB();
-        nav.boundaries.NewBoundaryDB();
-    }
+struct Drawing : NavSet {
     int16_t AddWp(const LatLong& p, int16_t label, float range) {
         int16_t s = nav.waypoints.AddWaypoint(AddBy::Mouse, &p);
         nav.waypoints.At(s)->LabelMode = label;
@@ -55,8 +41,8 @@ TEST_F(Drawing, WaypointRingSymbolAndLabelsInTheirPanel) {
     w.chart.inset = true;
     nav.PrepareNavPoints();
     LatLong main = DM(50, 30, -5, 30), inInset = DM(50, 10, -4, 45);
-    AddWp(main, 3, -0.5f);     // ring shown, name and position
-    AddWp(inInset, 1, -0.25f); // in the inset, which lies over the main plan
+    AddWp(main, 3, -0.5f);               // ring shown, name and position
+    AddWp(inInset, 1, -0.25f);           // in the inset, which lies over the main plan
     AddWp(DM(50, 40, -5, 40), 0, 0.0f);  // no ring, no label: a symbol only
     RecordingCanvas c;
     nav.waypoints.DrawWayPoints(c);
@@ -64,8 +50,7 @@ TEST_F(Drawing, WaypointRingSymbolAndLabelsInTheirPanel) {
     std::vector<RecordingCanvas::Call> rings = c.Of("Ellipse");
     ASSERT_EQ(rings.size(), 2u);
     ChartPoint p = w.chart.Pixel(main);
-    EXPECT_EQ(rings[0].points[0], (ChartPoint{p.x - 5, p.y - 5}));  // 0.5 NM at 10 px a mile
-    EXPECT_EQ(rings[0].points[1], (ChartPoint{p.x + 5, p.y + 5}));
+    EXPECT_EQ(rings[0].points, (std::vector<ChartPoint>{{p.x - 5, p.y - 5}, {p.x + 5, p.y + 5}}));  // 0.5 NM, 10 px a mile
     EXPECT_EQ(rings[0].pen, (Pen{MakeRgb(255, 0, 0), 1, PenStyle::Solid}));
     EXPECT_EQ(rings[0].brush.style, BrushStyle::Null);
     const NavPoint& q = nav.waypoints.At(2)->Position;
@@ -76,8 +61,7 @@ TEST_F(Drawing, WaypointRingSymbolAndLabelsInTheirPanel) {
 
     std::vector<RecordingCanvas::Call> symbols = c.Of("Blit");
     ASSERT_EQ(symbols.size(), 3u);
-    EXPECT_EQ(symbols[0].points[0], (ChartPoint{p.x - 7, p.y - 7}));
-    EXPECT_EQ(symbols[0].points[1], (ChartPoint{p.x + 9, p.y + 9}));
+    EXPECT_EQ(symbols[0].points, (std::vector<ChartPoint>{{p.x - 7, p.y - 7}, {p.x + 9, p.y + 9}}));
     EXPECT_EQ(symbols[1].points[0], (ChartPoint{q.Pixel[1].x - 7, q.Pixel[1].y - 7}));
 
     EXPECT_EQ(Texts(c), (std::vector<std::string>{"WP001", "50° 30.000 ´N", "5° 30.000 ´W", "WP002"}));
@@ -86,13 +70,12 @@ TEST_F(Drawing, WaypointRingSymbolAndLabelsInTheirPanel) {
 
     // "Force Off" of the labels menu silences them all; "Force On" names the silent.
     w.chart.labelOverride = 2;
-    RecordingCanvas off;
-    nav.waypoints.DrawWayPoints(off);
-    EXPECT_TRUE(off.Of("Text").empty());
+    c.calls.clear();
+    nav.waypoints.DrawWayPoints(c);
+    EXPECT_TRUE(c.Of("Text").empty());
     w.chart.labelOverride = 1;
-    RecordingCanvas on;
-    nav.waypoints.DrawWayPoints(on);
-    EXPECT_EQ(Texts(on).back(), "WP003");
+    nav.waypoints.DrawWayPoints(c);
+    EXPECT_EQ(Texts(c).back(), "WP003");
 }
 
 TEST_F(Drawing, TheActiveStripDiffersFromTheNormalOne) {
@@ -119,8 +102,7 @@ TEST_F(Drawing, RoutesDrawRhumbAndGreatCircleLegsThenTheirPoints) {
     EXPECT_TRUE(w.chart.legs[0].labelWanted);
     EXPECT_EQ(w.chart.legs[1].kind, "GC");
     std::string gc = w.chart.legs[1].label;
-    EXPECT_EQ(gc.substr(gc.size() - 3), " GC");
-    EXPECT_EQ(gc.substr(0, 7), Format(route.Legs[1].Course, "000") + " °T");
+    EXPECT_TRUE(gc.starts_with(Format(route.Legs[1].Course, "000") + " °T") && gc.ends_with(" GC")) << gc;
     std::vector<RecordingCanvas::Call> lines = c.Of("Line");
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_EQ(lines[0].pen, (Pen{MakeRgb(0, 0, 255), 2, PenStyle::Solid}));
@@ -134,13 +116,13 @@ TEST_F(Drawing, RoutesDrawRhumbAndGreatCircleLegsThenTheirPoints) {
     EXPECT_NE(active.Of("Line")[1].pen, lines[1].pen);
     // Route icons forced off; a hidden route is not drawn at all.
     w.chart.iconsOff = true;
-    RecordingCanvas noIcons;
-    nav.routes.DrawRoutes(noIcons);
-    EXPECT_TRUE(noIcons.Of("Blit").empty());
+    c.calls.clear();
+    nav.routes.DrawRoutes(c);
+    EXPECT_TRUE(c.Of("Blit").empty());
     nav.routes.DisplayRoute(r);
-    RecordingCanvas hidden;
-    nav.routes.DrawRoutes(hidden);
-    EXPECT_TRUE(hidden.calls.empty());
+    c.calls.clear();
+    nav.routes.DrawRoutes(c);
+    EXPECT_TRUE(c.calls.empty());
 }
 
 TEST_F(Drawing, BoundariesSidesAndHatchOnlyWhereAllMarksShow) {
@@ -153,12 +135,10 @@ TEST_F(Drawing, BoundariesSidesAndHatchOnlyWhereAllMarksShow) {
     b.Filled = -1;
     b.Colour = 4;
     b.Pattern = 2;  // "Up Diagonal"
-    int16_t line = nav.boundaries.NewBoundary();
-    nav.boundaries.AddBoundaryMark(line, DM(50, 40, -5, 0));
-    nav.boundaries.AddBoundaryMark(line, DM(50, 45, -5, 0));
+    int16_t line = nav.boundaries.NewBoundary(), dot = 0;
+    for (auto p : {DM(50, 40, -5, 0), DM(50, 45, -5, 0)}) nav.boundaries.AddBoundaryMark(line, p);
     nav.boundaries.EndNewBoundary(line);
-    int16_t dot = nav.boundaries.NewBoundary();
-    nav.boundaries.AddBoundaryMark(dot, DM(50, 50, -5, 0));
+    nav.boundaries.AddBoundaryMark(dot = nav.boundaries.NewBoundary(), DM(50, 50, -5, 0));
     nav.boundaries.EndNewBoundary(dot);
     RecordingCanvas c;
     nav.boundaries.DrawBoundaries(c);
@@ -173,14 +153,13 @@ TEST_F(Drawing, BoundariesSidesAndHatchOnlyWhereAllMarksShow) {
     w.chart.inset = true;
     nav.PrepareNavPoints();
     nav.boundaries.DropBoundaryMark(square, 3, DM(50, 10, -4, 50));
-    RecordingCanvas split;
-    nav.boundaries.DrawBoundaries(split);
-    EXPECT_TRUE(split.Of("Polygon").empty());
-    // Hidden: nothing.
-    for (int16_t k : {square, line, dot}) nav.boundaries.DisplayBoundary(k);
-    RecordingCanvas none;
-    nav.boundaries.DrawBoundaries(none);
-    EXPECT_TRUE(none.calls.empty());
+    c.calls.clear();
+    nav.boundaries.DrawBoundaries(c);
+    EXPECT_TRUE(c.Of("Polygon").empty());
+    for (int16_t k : {square, line, dot}) nav.boundaries.DisplayBoundary(k);  // hidden: nothing
+    c.calls.clear();
+    nav.boundaries.DrawBoundaries(c);
+    EXPECT_TRUE(c.calls.empty());
 }
 
 TEST_F(Drawing, DividersAndVectorsLabelTheirMeasure) {
@@ -197,8 +176,7 @@ TEST_F(Drawing, DividersAndVectorsLabelTheirMeasure) {
     EXPECT_EQ(w.chart.legs[0].kind, "GC");
     EXPECT_EQ(w.chart.legs[0].label, "000 °T 30.031 NM GC");
     EXPECT_EQ(w.chart.legs[1].kind, "Plain");
-    EXPECT_EQ(w.chart.legs[1].label.substr(0, 7), "090 °T");
-    EXPECT_EQ(w.chart.legs[1].label.substr(w.chart.legs[1].label.size() - 3), " RL");
+    EXPECT_TRUE(w.chart.legs[1].label.starts_with("090 °T") && w.chart.legs[1].label.ends_with(" RL"));
     EXPECT_EQ(w.chart.legs[2].kind, "GC");
     EXPECT_EQ(c.Of("Ellipse").size(), 6u);
     // Magnetic: the variation at the first end is taken off.
@@ -208,17 +186,10 @@ TEST_F(Drawing, DividersAndVectorsLabelTheirMeasure) {
     // While a vector is moved, only it is drawn.
     nav.tools.Begin(ToolMoveRBL, 2);
     w.chart.legs.clear();
-    RecordingCanvas moving;
-    nav.DrawDividerLayer(moving);
+    nav.DrawDividerLayer(c);
     ASSERT_EQ(w.chart.legs.size(), 2u);  // the divider and vector 2
     EXPECT_EQ(w.chart.legs[1].kind, "GC");
 }
-
-}  // namespace
-}  // namespace ombra::test
-
-namespace ombra::test {
-namespace {
 
 TEST(SymbolFile, TheShippedStripsAreOmbrasOwnArt) {
     SymbolStrips built;

@@ -1,7 +1,5 @@
 // Waypoints and routes sent to a GPS in the three dialects, and the
 // Magellan reply wait.
-#include <gtest/gtest.h>
-
 #include <sstream>
 
 #include "navobjects/GpsExport.h"
@@ -10,28 +8,13 @@
 namespace ombra::test {
 namespace {
 
-std::vector<std::string> Split(const std::string& line, char sep) {
-    std::vector<std::string> out;
-    std::string cur;
-    for (char c : line) {
-        if (c == sep) {
-            out.push_back(cur);
-            cur.clear();
-        } else {
-            cur.push_back(c);
-        }
-    }
-    out.push_back(cur);
-    return out;
-}
-
 TEST(GpsSentences, WaypointBodiesByDialect) {
-    std::istringstream in(NavData("gps/waypoints.txt"));
-    std::string line;
-    int tried = 0;
-    while (std::getline(in, line)) {
-        if (line.empty() || line[0] == '#') continue;
-        std::vector<std::string> f = Split(line, '|');
+    std::vector<std::string> cases = NavCases("gps/waypoints.txt");
+    EXPECT_EQ(cases.size(), 9u);
+    for (const std::string& line : cases) {
+        std::vector<std::string> f;
+        std::istringstream in(line + "|");  // the last field may be empty
+        for (std::string x; std::getline(in, x, '|');) f.push_back(x);
         ASSERT_EQ(f.size(), 8u) << line;
         Waypoint w;
         w.Number = int16_t(std::stoi(f[2]));
@@ -39,17 +22,13 @@ TEST(GpsSentences, WaypointBodiesByDialect) {
         w.Description = f[4];
         w.Position.Wgs84 = LatLong{std::stod(f[6]), std::stod(f[5])};
         EXPECT_EQ(WaypointSentenceBody(w, int16_t(std::stoi(f[0])), int16_t(std::stoi(f[1]))), f[7]) << line;
-        ++tried;
     }
-    EXPECT_EQ(tried, 9);
 }
 
 TEST(GpsSentences, FurunoRenaming) {
-    EXPECT_EQ(FurunoName("R12.WP13"), "13WR12");
-    EXPECT_EQ(FurunoName("R12.WP3"), "3WR12");
-    EXPECT_EQ(FurunoName("R3.WPX"), "XWR3");
-    EXPECT_EQ(FurunoName("Rocks"), "Rocks");
-    EXPECT_EQ(FurunoName("W12.WP3"), "W12.WP3");
+    for (auto [in, out] : {std::pair{"R12.WP13", "13WR12"}, {"R12.WP3", "3WR12"}, {"R3.WPX", "XWR3"},
+                           {"Rocks", "Rocks"}, {"W12.WP3", "W12.WP3"}})
+        EXPECT_EQ(FurunoName(in), out);
 }
 
 Route SevenPoints() {
@@ -88,8 +67,7 @@ struct FakeSet : GpsLink {
     std::vector<std::string> written;
     int closes = 0;
     std::string reply;
-    // The set answers a Magellan sentence when the sender pumps events.
-    bool answers = true;
+    bool answers = true;  // to a Magellan sentence, when the sender pumps events
     bool OpenPort() override { return opens; }
     void ClosePort() override { ++closes; }
     void Write(const std::string& t) override { written.push_back(t); }
@@ -129,8 +107,8 @@ TEST(GpsTransfer, MagellanWaitsForTheChecksumReply) {
     EXPECT_EQ(set.written[8].substr(set.written[8].size() - 2), "\r\n");
     EXPECT_EQ(set.closes, 1);
     EXPECT_EQ(w.host.status[0], "Initialising GPS for Waypoint transfer.");
-    EXPECT_NE(std::find(w.host.status.begin(), w.host.status.end(), "Exporting Waypoint 007 (R3.WP7)."), w.host.status.end());
-    EXPECT_NE(std::find(w.host.status.begin(), w.host.status.end(), "Exporting Route message 002."), w.host.status.end());
+    EXPECT_TRUE(Has(w.host.status, "Exporting Waypoint 007 (R3.WP7)."));
+    EXPECT_TRUE(Has(w.host.status, "Exporting Route message 002."));
     EXPECT_TRUE(w.Messages().empty());
     // Silent set: five seconds, then the one message; the rest is not sent.
     set.answers = false;

@@ -1,6 +1,4 @@
 // The route store: the four readers and the writer, and route editing.
-#include <gtest/gtest.h>
-
 #include <sstream>
 
 #include "navmath/RLGC.h"
@@ -18,17 +16,16 @@ struct RouteStore : ::testing::Test {
     Routes rt{w.ctx, symbols};
     void SetUp() override { rt.InitRoutesData(); }
     std::string FolderFile(const std::string& name) const { return w.Path("Routes/" + name); }
-    void Open(const std::string& dataFile, const std::string& indexName = "Index name") {
+    void Open(const std::string& dataFile) {
         WriteFile(FolderFile("vst00001.rte"), NavData("routes/" + dataFile));
-        WriteFile(FolderFile("vst00000.rte"), "\"" + indexName + "\",\"vst00001.rte\"\r\n");
+        WriteFile(FolderFile("vst00000.rte"), "\"Index name\",\"vst00001.rte\"\r\n");
         w.host.listPicks.push_back(0);
         ASSERT_TRUE(rt.SelectRouteDB());
     }
     // A database with one route of `n` points a minute of latitude apart.
     int16_t MakeRoute(int n) {
-        w.dialogs.texts.push_back("Edits");
+        w.dialogs.texts = {"Edits", "R001"};
         rt.NewRouteDB();
-        w.dialogs.texts.push_back("R001");
         int16_t r = rt.NewRoute();
         for (int i = 0; i < n; ++i) rt.AddRoutePoint(r, DM(50, i, -5, 0));
         return r;
@@ -40,33 +37,21 @@ struct RouteStore : ::testing::Test {
     }
 };
 
-static std::string FormName(StoreForm f) {
-    switch (f) {
-        case StoreForm::NoHeader: return "none";
-        case StoreForm::Old: return "old";
-        case StoreForm::V218: return "2.18";
-        case StoreForm::Current: return "current";
-    }
-    return "?";
-}
-
 TEST_F(RouteStore, EveryFormReads) {
-    std::istringstream cases(NavData("routes/cases.txt"));
-    std::string line;
-    int tried = 0;
-    while (std::getline(cases, line)) {
-        if (line.empty() || line[0] == '#') continue;
+    const char* formNames[] = {"none", "old", "2.18", "current"};
+    std::vector<std::string> cases = NavCases("routes/cases.txt");
+    EXPECT_EQ(cases.size(), 5u);
+    for (const std::string& line : cases) {
         std::istringstream f(line);
         std::string file, form, name, flags;
         int routes = 0, whole = 0, points = 0, colour = 0;
         f >> file >> form >> name >> routes >> whole >> points >> flags >> colour;
         SCOPED_TRACE(file);
-        ++tried;
         std::string dbName = "-";
         std::vector<Route> list;
         StoreForm got;
         ReadOutcome r = ReadRouteFile(NavData("routes/" + file), dbName, list, &got);
-        EXPECT_EQ(FormName(got), form);
+        EXPECT_EQ(formNames[int(got)], form);
         EXPECT_EQ(dbName, name);
         EXPECT_EQ(int(list.size()), routes);
         EXPECT_EQ(r.whole, whole == 1) << r.fault;
@@ -77,7 +62,6 @@ TEST_F(RouteStore, EveryFormReads) {
         EXPECT_EQ(seen, flags);
         EXPECT_EQ(list[0].Colour, colour);
     }
-    EXPECT_EQ(tried, 5);
 }
 
 TEST_F(RouteStore, A218FileIsResavedInThePresentForm) {
@@ -100,41 +84,45 @@ TEST_F(RouteStore, ACutFileKeepsTheWholeRoutesBeforeTheFault) {
     Open("present-cut.rte");
     EXPECT_EQ(rt.Count(), 1);
     ASSERT_EQ(w.Errors().size(), 1u);
-    EXPECT_NE(w.Errors()[0].find("Error in 'OpenRouteDB'"), std::string::npos);
-    EXPECT_NE(w.Errors()[0].find("vst00001.rte, line 7."), std::string::npos) << w.Errors()[0];
+    EXPECT_TRUE(Has(w.Errors()[0], "Error in 'OpenRouteDB'"));
+    EXPECT_TRUE(Has(w.Errors()[0], "vst00001.rte, line 7.")) << w.Errors()[0];
     w.dialogs.replies.push_back(mb::No);
     EXPECT_FALSE(rt.SaveRouteDB());
     EXPECT_EQ(ReadFile(FolderFile("vst00001.rte")), NavData("routes/present-cut.rte"));
 }
 
 TEST_F(RouteStore, NewRouteNamesAndDropsAnEmptyRoute) {
-    w.dialogs.texts.push_back("Edits");
+    w.dialogs.texts = {"Edits", "\x18", "Night passage"};
     rt.NewRouteDB();
-    w.dialogs.texts.push_back("\x18");
-    EXPECT_EQ(rt.NewRoute(), 0);
+    EXPECT_EQ(rt.NewRoute(), 0);  // cancelled
     EXPECT_EQ(w.dialogs.asked.back().title, "Route:  001");
-    EXPECT_EQ(w.dialogs.asked.back().text, "Enter name of new route.");
     EXPECT_EQ(rt.Count(), 0);
-    w.dialogs.texts.push_back("Night passage");
     int16_t r = rt.NewRoute();
     ASSERT_EQ(r, 1);
     EXPECT_EQ(rt.At(r)->Name, "Night passage");
     EXPECT_EQ(rt.At(r)->Display, -1);
-    EXPECT_FALSE(rt.At(r)->ShowLegText);
     rt.EndNewRoute(r);
     EXPECT_EQ(rt.Count(), 0);
+    // One point: one unused leg, and only its symbol is drawn.
+    w.dialogs.texts = {"R002"};
+    r = rt.NewRoute();
+    rt.AddRoutePoint(r, DM(50, 0, -5, 0));
+    EXPECT_EQ(rt.At(r)->Legs.size(), 1u);
+    RecordingCanvas c;
+    rt.DrawRoutes(c);
+    EXPECT_TRUE(w.chart.legs.empty());
+    EXPECT_EQ(c.Of("Blit").size(), 1u);
 }
 
 TEST_F(RouteStore, InsertDeleteAndReverseKeepNamesAndLegs) {
     int16_t r = MakeRoute(3);
     Route& route = *rt.At(r);
-    route.Points[2].Name = "Bar";                  // typed names stay
-    rt.SwapLegKind(r, 2);                           // leg 2-3 becomes GC
+    route.Points[2].Name = "Bar";  // typed names stay
+    rt.SwapLegKind(r, 2);          // leg 2-3 becomes GC
     ASSERT_EQ(route.Legs[1].IsGreatCircle, -1);
     // Inserting into leg 2 splits it: the new leg takes its flag.
     EXPECT_EQ(rt.InsertRoutePoint(r, 2, DM(50, 1.5, -5, 0)), 3);
     EXPECT_EQ(Names(r), (std::vector<std::string>{"R1.WP1#1", "R1.WP2#2", "R1.WP3#3", "Bar#4"}));
-    EXPECT_EQ(route.Legs[1].IsGreatCircle, -1);
     EXPECT_EQ(route.Legs[2].IsGreatCircle, -1);
     EXPECT_NEAR(route.Legs[1].Distance, 0.5, 0.01);
     EXPECT_NEAR(route.Legs[2].Distance, 0.5, 0.01);
@@ -149,18 +137,8 @@ TEST_F(RouteStore, InsertDeleteAndReverseKeepNamesAndLegs) {
     EXPECT_EQ(route.Legs[0].IsGreatCircle, -1);
     EXPECT_EQ(route.Legs[1].IsGreatCircle, -1);
     EXPECT_NEAR(route.Legs[0].Course, 180.0, 1e-9);
-    // Deleting every point removes the route.
     for (int i = 0; i < 3; ++i) rt.DeleteRoutePoint(r, 1);
-    EXPECT_EQ(rt.Count(), 0);
-}
-
-TEST_F(RouteStore, OnePointRouteHasOneUnusedLeg) {
-    int16_t r = MakeRoute(1);
-    EXPECT_EQ(rt.At(r)->Legs.size(), 1u);
-    RecordingCanvas c;
-    rt.DrawRoutes(c);
-    EXPECT_TRUE(w.chart.legs.empty());
-    EXPECT_EQ(c.Of("Blit").size(), 1u);
+    EXPECT_EQ(rt.Count(), 0);  // deleting every point removes the route
 }
 
 TEST_F(RouteStore, TheActivePointIsGuarded) {
@@ -190,19 +168,16 @@ TEST_F(RouteStore, ListsAndLegRows) {
     ASSERT_EQ(legs.size(), 3u);
     EXPECT_EQ(legs[0].Leg, "1 - 2");
     EXPECT_EQ(legs[0].Kind, "RL");
-    EXPECT_EQ(legs[0].Bearing, "004°M");  // 000 true, 4 W variation
+    EXPECT_EQ(legs[0].Bearing, "004°M");   // 000 true, 4 W variation
     EXPECT_EQ(legs[0].Range, "1.001 NM");  // a minute of latitude at 50°N on WGS84
-    std::vector<RouteRow> rows = rt.Rows();
-    ASSERT_EQ(rows.size(), 1u);
-    EXPECT_EQ(rows[0].No, "001");
-    EXPECT_EQ(rows[0].Display, "Yes");
+    ASSERT_EQ(rt.Rows().size(), 1u);
+    EXPECT_EQ(rt.Rows()[0].Display, "Yes");
     rt.DisplayRoute(r);
     EXPECT_EQ(rt.Rows()[0].Display, "No");
     w.host.listPicks.push_back(0);
     rt.CentreOnRoute();
     EXPECT_EQ(w.host.asked.back().items, (std::vector<std::string>{"0001 - R001"}));
-    ASSERT_EQ(w.chart.centred.size(), 1u);
-    EXPECT_EQ(w.chart.centred[0], DM(50, 0, -5, 0));
+    EXPECT_EQ(w.chart.centred, (std::vector<LatLong>{DM(50, 0, -5, 0)}));
 }
 
 }  // namespace
