@@ -11,25 +11,13 @@
 namespace ombra::test {
 
 namespace {
-double Psi(double lat) {
-    double e = std::sqrt(GeographicLib::Constants::WGS84_f() * (2 - GeographicLib::Constants::WGS84_f()));
-    return std::asinh(GeographicLib::Math::taupf(std::tan(lat * M_PI / 180), e));
-}
+const double kE = std::sqrt(GeographicLib::Constants::WGS84_f() * (2 - GeographicLib::Constants::WGS84_f()));
+double Psi(double lat) { return std::asinh(GeographicLib::Math::taupf(std::tan(lat * M_PI / 180), kE)); }
 }  // namespace
 
 FixtureChart DefaultFixture() {
     FixtureChart c;
-    FixturePlan p;
-    p.LatN = 50 + 10 / 60.0;
-    p.LatS = 49 + 50 / 60.0;
-    p.LonW = -12 - 20 / 60.0;
-    p.LonE = -12 + 20 / 60.0;
-    p.X0 = 0;
-    p.Y0 = 0;
-    p.X1 = c.Width;
-    p.Y1 = c.Height;
-    p.Title = "Main plan";
-    c.Plans.push_back(p);
+    c.Plans.push_back({50 + 10 / 60.0, 49 + 50 / 60.0, -12 - 20 / 60.0, -12 + 20 / 60.0, 0, 0, c.Width, c.Height, "Main plan"});
     return c;
 }
 
@@ -58,24 +46,18 @@ bool ChartWorld::Install(const FixtureChart& chart, const std::string& issueDate
         double pn = Psi(p.LatN), ps = Psi(p.LatS);
         for (double fx : {0.0, 0.5, 1.0})
             for (double fy : {0.0, 0.5, 1.0}) {
-                double lon = p.LonW + fx * (p.LonE - p.LonW);
-                double psi = pn - fy * (pn - ps);
-                double lat = std::atan(GeographicLib::Math::tauf(
-                                 std::sinh(psi), std::sqrt(GeographicLib::Constants::WGS84_f() *
-                                                           (2 - GeographicLib::Constants::WGS84_f())))) *
-                             180 / M_PI;
-                s.Refs.push_back({p.X0 + fx * (p.X1 - p.X0), p.Y0 + fy * (p.Y1 - p.Y0), lat, lon});
+                double lat = std::atan(GeographicLib::Math::tauf(std::sinh(pn - fy * (pn - ps)), kE)) * 180 / M_PI;
+                s.Refs.push_back({p.X0 + fx * (p.X1 - p.X0), p.Y0 + fy * (p.Y1 - p.Y0), lat, p.LonW + fx * (p.LonE - p.LonW)});
             }
         s.Outline = {{p.LatN, p.LonW}, {p.LatN, p.LonE}, {p.LatS, p.LonE}, {p.LatS, p.LonW}};
         s.HasShift = p.Shift;
         img.Plans.push_back(s);
-        ImportedPlan ip;
+        ImportedPlan& ip = meta.Plans.emplace_back();
         ip.Title = p.Title;
         ip.Scale = p.Scale;
         ip.HorizDatum = "WGD";
         ip.DepthUnits = "1";
         ip.DepthDatum = "11";
-        meta.Plans.push_back(ip);
     }
     InstallResult r = charts.Installer.InstallImage(root.path(), img, meta, issueDate, "Test warnings");
     if (why) *why = r.Message;

@@ -18,34 +18,27 @@ namespace {
 std::string Damage(const std::string& good, std::mt19937& rng) {
     std::string s = good;
     auto pick = [&](size_t n) { return n == 0 ? size_t(0) : size_t(rng() % n); };
-    switch (rng() % 7) {
-        case 0:  // flip a few bytes
-            for (int i = 0, n = 1 + int(rng() % 8); i < n && !s.empty(); ++i) s[pick(s.size())] = char(rng());
+    const size_t at = pick(s.size());
+    switch (rng() % 6) {
+        case 0:  // flip a few bytes, or put separators and signs where digits were
+            for (int i = 0, n = 1 + int(rng() % 8), sep = int(rng() % 2); i < n && !s.empty(); ++i)
+                s[pick(s.size())] = sep ? ",.-+e \r\n\"#"[rng() % 10] : char(rng());
             break;
         case 1:  // cut anywhere
             s.resize(pick(s.size() + 1));
             break;
         case 2:  // lose a stretch from the middle
-            if (!s.empty()) {
-                const size_t at = pick(s.size());
-                s.erase(at, pick(s.size() - at) + 1);
-            }
+            if (!s.empty()) s.erase(at, pick(s.size() - at) + 1);
             break;
         case 3:  // repeat a stretch
-            if (!s.empty()) {
-                const size_t at = pick(s.size());
-                s.insert(at, s.substr(at, pick(200) + 1));
-            }
+            s.insert(at, s.substr(at, pick(200) + 1));
             break;
         case 4:  // foreign bytes
-            s.assign(pick(4096), '\0');
+            s.resize(pick(4096));
             for (char& c : s) c = char(rng());
             break;
-        case 5:  // separators and signs where digits were
-            for (int i = 0, n = 1 + int(rng() % 6); i < n && !s.empty(); ++i) s[pick(s.size())] = ",.-+e \r\n\"#"[rng() % 10];
-            break;
         default:  // long runs of digits
-            s.insert(pick(s.size() + 1), std::string(pick(400) + 1, '9'));
+            s.insert(at, std::string(pick(400) + 1, '9'));
             break;
     }
     return s;
