@@ -13,7 +13,7 @@
 namespace ombra {
 
 Chart::Chart(ChartLibrary& library, Dialogs& dialogs, ErrorReporter& errors, Registry& registry, const std::string& productName,
-             ChartState& state, ChartCat& cat, ChartChecks& checks, Display& display)
+             ChartState& state, ChartCat& cat, ChartChecks& checks, Display& display, ChartHost& host)
     : lib_(library),
       dialogs_(dialogs),
       errors_(errors),
@@ -22,7 +22,8 @@ Chart::Chart(ChartLibrary& library, Dialogs& dialogs, ErrorReporter& errors, Reg
       state_(state),
       cat_(cat),
       checks_(checks),
-      display_(display) {}
+      display_(display),
+      host_(host) {}
 
 std::string Chart::CatalogueSubFolder() const {
     std::string cdv = WithTrailingSlash(state_.Root) + "ReadMe.CDV";
@@ -46,7 +47,7 @@ bool Chart::NewChart(const std::string& chartNumber) {
             dialogs_.MsgBox("Cannot find " + headerPath, mb::Exclamation, productName_);
             return;
         }
-        if (Hourglass) Hourglass(true);
+        host_.ChartBusy(true);
         busy = true;
         int64_t offset = cat_.FindChartPointer(state_.Root, chartNumber, false);
         if (offset == 0) return;
@@ -100,8 +101,8 @@ bool Chart::NewChart(const std::string& chartNumber) {
         display_.StartView();
         opened = true;
     });
-    if (busy && Hourglass) Hourglass(false);
-    if (opened && ChartOpened) ChartOpened();
+    if (busy) host_.ChartBusy(false);
+    if (opened) host_.ChartOpened();
     return opened;
 }
 

@@ -27,6 +27,7 @@
 
 #include "charts/ChartCat.h"
 #include "charts/ChartChecks.h"
+#include "charts/ChartHost.h"
 #include "charts/ChartState.h"
 #include "charts/Display.h"
 
@@ -47,7 +48,7 @@ struct ChartDetails {
 class Chart {
 public:
     Chart(ChartLibrary& library, Dialogs& dialogs, ErrorReporter& errors, Registry& registry, const std::string& productName,
-          ChartState& state, ChartCat& cat, ChartChecks& checks, Display& display);
+          ChartState& state, ChartCat& cat, ChartChecks& checks, Display& display, ChartHost& host);
 
     bool NewChart(const std::string& chartNumber);
     void ZoomOutChart();
@@ -74,8 +75,6 @@ public:
     // The chart's notes, for the "&Notes" window.
     std::string NotesText() const;
 
-    std::function<void(bool)> Hourglass;  // the mouse pointer: busy or normal
-    std::function<void()> ChartOpened;    // lists, captions
 
 private:
     void ZoomChart(bool out);
@@ -90,6 +89,7 @@ private:
     ChartCat& cat_;
     ChartChecks& checks_;
     Display& display_;
+    ChartHost& host_;
 };
 
 }  // namespace ombra

@@ -197,7 +197,7 @@ int64_t ChartCat::FindChartPointer(const std::string& root, const std::string& c
         if (!FileExists(ptr)) {
             if (reportMissing) {
                 ChartErrors.push_back("There is no catalogue information installed on your system!");
-                if (ChartErrorsChanged) ChartErrorsChanged();
+                if (host_) host_->ChartErrorsChanged();
             } else {
                 dialogs_.MsgBox("There is no catalogue information installed on your system.", mb::Exclamation, productName_);
             }
@@ -218,7 +218,7 @@ int64_t ChartCat::FindChartPointer(const std::string& root, const std::string& c
         }
         if (reportMissing) {
             ChartErrors.push_back("Chart " + number + " is not in your chart catalogue.");
-            if (ChartErrorsChanged) ChartErrorsChanged();
+            if (host_) host_->ChartErrorsChanged();
         } else {
             dialogs_.MsgBox("There is no record of chart " + number + " in the latest chart\ncatalogue installed on your hard drive.",
                             mb::Exclamation, productName_);

@@ -30,6 +30,7 @@
 #include <string_view>
 #include <vector>
 
+#include "charts/ChartHost.h"
 #include "core/Types.h"
 
 namespace ombra {
@@ -105,8 +106,10 @@ struct ChartManInfo {
 
 class ChartCat {
 public:
-    ChartCat(Dialogs& dialogs, ErrorReporter& errors, const std::string& productName)
-        : dialogs_(dialogs), errors_(errors), productName_(productName) {}
+    // `host` hears of changes to ChartErrors; a tool that reads the
+    // catalogue on its own passes none.
+    ChartCat(Dialogs& dialogs, ErrorReporter& errors, const std::string& productName, ChartHost* host = nullptr)
+        : dialogs_(dialogs), errors_(errors), productName_(productName), host_(host) {}
 
     // The sub-folder of "ChartCat\" that "ReadMe.CDV" names ("" none).
     void SetSubFolder(const std::string& sub) { sub_ = sub; }
@@ -130,12 +133,12 @@ public:
 
     // The list of FrmChartErrors (texts of charts the catalogue lacks).
     std::vector<std::string> ChartErrors;
-    std::function<void()> ChartErrorsChanged;
 
 private:
     Dialogs& dialogs_;
     ErrorReporter& errors_;
     const std::string& productName_;
+    ChartHost* host_;
     std::string sub_;
 };
 

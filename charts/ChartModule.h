@@ -1,6 +1,6 @@
 // ChartModule: the chart subsystem in one piece, for the Plotter to own.
 //
-//   ChartModule charts(library, dialogs, errors, registry, productName, units);
+//   ChartModule charts(library, dialogs, errors, registry, productName, units, host);
 //   charts.SetRoot(globals.MainDataPath);       // the chart root
 //   charts.Charts.NewChart("4000");             // open
 //   charts.View.RedrawNavCanvas(canvas);        // draw
@@ -8,6 +8,8 @@
 // State is the open chart; Cat the catalogue; Checks the chart checks;
 // View the chart view (Display); Charts opening and zoom (Chart);
 // Installer chart maintenance; Legs the drawing of legs for the overlays.
+// What the module tells the program around it (redraws, the caption, the
+// warnings bar, the busy pointer) goes to the ChartHost it is built with.
 #pragma once
 #include <string>
 
@@ -24,14 +26,14 @@ namespace ombra {
 class ChartModule {
 public:
     ChartModule(ChartLibrary& library, Dialogs& dialogs, ErrorReporter& errors, Registry& registry,
-                const std::string& productName, const Units& units)
+                const std::string& productName, const Units& units, ChartHost& host)
         : Library(library),
-          Cat(dialogs, errors, productName),
+          Cat(dialogs, errors, productName, &host),
           Checks(dialogs, errors, productName),
-          View(library, dialogs, errors, registry, productName, State),
-          Charts(library, dialogs, errors, registry, productName, State, Cat, Checks, View),
+          View(library, dialogs, errors, registry, productName, State, host),
+          Charts(library, dialogs, errors, registry, productName, State, Cat, Checks, View, host),
           Installer(library, Cat),
-          Legs(View, library, State, units) {}
+          Legs(View, library, State, units, host) {}
 
     void SetRoot(const std::string& root) { State.Root = root; }
     const std::string& Root() const { return State.Root; }

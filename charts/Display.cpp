@@ -20,8 +20,14 @@ const char* const kWarning5 = " This chart is not up to date: UNSAFE FOR NAVIGAT
 }  // namespace
 
 Display::Display(ChartLibrary& library, Dialogs& dialogs, ErrorReporter& errors, Registry& registry,
-                 const std::string& productName, ChartState& state)
-    : lib_(library), dialogs_(dialogs), errors_(errors), registry_(registry), productName_(productName), state_(state) {
+                 const std::string& productName, ChartState& state, ChartHost& host)
+    : lib_(library),
+      dialogs_(dialogs),
+      errors_(errors),
+      registry_(registry),
+      productName_(productName),
+      state_(state),
+      host_(host) {
     RegisterLayer(Layer::Vessel, [this](Canvas& c, const ChartViewState&) { DrawVessel(c); });
 }
 
@@ -61,7 +67,7 @@ void Display::RedrawNavCanvas(Canvas& canvas) {
                     errors_.Guard("RedrawNavCanvas", [&] { draw(canvas, view_); });
                 }
     });
-    if (Refresh) Refresh();
+    host_.ChartPainted();
     RedrawBusy = false;
 }
 
@@ -194,7 +200,7 @@ bool Display::CentreOnPosition(const LatLong& wgs84) {
 // Plans
 
 void Display::StatusUpdate() {
-    if (StatusChanged) StatusChanged();
+    host_.ChartStatusChanged();
 }
 
 void Display::SelectPlan(int16_t plan) {
@@ -322,7 +328,7 @@ Rgb Display::OverlayColour(int kind, int mode) {
 // Mouse
 
 void Display::RequestRedraw() {
-    if (RedrawRequested) RedrawRequested();
+    host_.ChartRedrawRequested();
 }
 
 void Display::AfterScroll() {
@@ -424,7 +430,7 @@ void Display::ChartWarning(int16_t code) {
             changed = true;
         }
     }
-    if (changed && WarningsChanged) WarningsChanged();
+    if (changed) host_.ChartWarningsChanged();
 }
 
 std::vector<std::string> Display::WarningTexts() const {

@@ -36,6 +36,7 @@
 #include <string>
 #include <vector>
 
+#include "charts/ChartHost.h"
 #include "charts/ChartState.h"
 #include "charts/NavPoint.h"
 #include "charts/VesselView.h"
@@ -58,15 +59,13 @@ using LayerDraw = std::function<void(Canvas& canvas, const ChartViewState& view)
 class Display {
 public:
     Display(ChartLibrary& library, Dialogs& dialogs, ErrorReporter& errors, Registry& registry, const std::string& productName,
-            ChartState& state);
+            ChartState& state, ChartHost& host);
 
     // --- The window --------------------------------------------------------
     void SetViewSize(int width, int height);
     const ChartViewState& View() const { return view_; }
-    std::function<void()> Refresh;          // the store is painted: show it (step 10 of a redraw)
-    std::function<void()> RedrawRequested;  // the view changed: call RedrawNavCanvas soon
-    std::function<void()> WarningsChanged;  // the warnings bar
-    std::function<void()> StatusChanged;    // title, scale, datum, depth units
+    // Asks the host for a redraw soon (ChartHost::ChartRedrawRequested).
+    void RequestRedraw();
 
     // --- Drawing -----------------------------------------------------------
     void RedrawNavCanvas(Canvas& canvas);
@@ -158,7 +157,6 @@ public:
 private:
     void StatusUpdate();
     void AfterScroll();
-    void RequestRedraw();
     void SetWarningText(int code);
 
     ChartLibrary& lib_;
@@ -167,6 +165,7 @@ private:
     Registry& registry_;
     const std::string& productName_;
     ChartState& state_;
+    ChartHost& host_;
     ChartViewState view_;
     Image store_;
     struct LayerEntry {

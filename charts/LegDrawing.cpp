@@ -142,7 +142,7 @@ std::string LegDrawing::RhumbLabel(double course, double distance, int16_t cours
         text = Format(Mod360(course - variation + 360.0), "000") + " °M";
     } else if (courseMode == 2) {
         int mag = Mod360(course - variation + 360.0);
-        double dev = Deviation ? Deviation(double(mag)) : 0.0;
+        double dev = host_.CompassDeviation(double(mag));
         text = Format(mag + dev, "000") + " °C";
     } else {
         text = Format(course, "000") + " °T";

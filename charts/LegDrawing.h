@@ -54,11 +54,10 @@ struct LegPiece {
 
 class LegDrawing {
 public:
-    LegDrawing(Display& display, ChartLibrary& library, const ChartState& state, const Units& units)
-        : display_(display), lib_(library), state_(state), units_(units) {}
+    LegDrawing(Display& display, ChartLibrary& library, const ChartState& state, const Units& units, ChartHost& host)
+        : display_(display), lib_(library), state_(state), units_(units), host_(host) {}
 
     int16_t LabelMode = 0;                         // 0 default, 1 force on, 2 force off
-    std::function<double(double)> Deviation;       // compass mode: deviation for a magnetic course
 
     void DrawRhumbLine(Canvas& c, const NavPoint& from, const NavPoint& to, bool label, int16_t courseMode, double variation);
     void DrawPlainRhumbLine(Canvas& c, const NavPoint& from, const NavPoint& to, const std::string& label);
@@ -97,6 +96,7 @@ private:
     ChartLibrary& lib_;
     const ChartState& state_;
     const Units& units_;
+    ChartHost& host_;
 };
 
 }  // namespace ombra

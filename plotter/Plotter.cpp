@@ -2,96 +2,159 @@
 
 #include "core/Val.h"
 #include "plotter/AisBridge.h"
+#include "platform/chartlib/OmbraChartLibrary.h"
 
 namespace ombra {
 
 Plotter::Plotter(PlotterServices s)
-    : services(s),
-      registry(s.settings, globals.ProductName),
-      errors(s.dialogs, globals.ProductName),
-      loop(s.clock, *this),
-      startup(globals, registry, s.dialogs, s.clock, s.events, *this),
-      magVar("", s.clock, s.dialogs),
-      deviation("", errors),
-      portTable(registry, ""),
-      posixComms(s.comms ? nullptr : std::make_unique<PosixComms>(portTable)),
-      comms(s.comms ? *s.comms : *posixComms),
-      ais(s.clock),
-      charts(chartLibrary, s.dialogs, errors, registry, globals.ProductName, units),
-      hooks(*this),
-      chartOps(*this),
-      vesselSource(*this),
-      instruments({registry, units, globals, s.clock, s.events, errors, comms, hooks, chartOps}),
-      displayChart(charts.View, charts.Legs, chartLibrary, charts.State, &charts.Charts),
-      navCtx{registry, s.dialogs, errors, units, s.clock, s.events, displayChart, navRelay, globals},
-      nav(navCtx, instruments.leg),
-      gpsLink(instruments.comm) {
-    navRelay.variation = [this](const LatLong& p) { return magVar.MagneticVariation(p); };
-    navRelay.deviation = [this](double h) { return double(deviation.DeviationFor(float(h))); };
-    navRelay.vesselActive = [this] { return instruments.vessel.VesselActive(); };
-    navRelay.vesselPos = [this] { return instruments.vessel.vessel.Pos; };
-    navRelay.legChanged = [this] {
-        instruments.vessel.UpdateWaypointConsole();
-        services.shell.ConsoleChanged();
-    };
-    RegisterNavLayers(charts.View, nav);
-    // Compass labels on legs take the deviation card.
-    charts.Legs.Deviation = [this](double h) { return double(deviation.DeviationFor(float(h))); };
+    : services_(s),
+      registry_(s.settings, globals_.ProductName),
+      errors_(s.dialogs, globals_.ProductName),
+      loop_(s.clock, *this),
+      startup_(globals_, registry_, s.dialogs, s.clock, s.events, *this),
+      magVar_("", s.clock, s.dialogs),
+      deviation_("", errors_),
+      portTable_(registry_, ""),
+      posixComms_(s.comms ? nullptr : std::make_unique<PosixComms>(portTable_)),
+      comms_(s.comms ? *s.comms : *posixComms_),
+      ais_(s.clock),
+      ownChartLibrary_(s.chartLibrary ? nullptr : std::make_unique<chartlib::OmbraChartLibrary>()),
+      chartLibrary_(s.chartLibrary ? *s.chartLibrary : *ownChartLibrary_),
+      chartHost_(*this),
+      charts_(chartLibrary_, s.dialogs, errors_, registry_, globals_.ProductName, units_, chartHost_),
+      hooks_(*this),
+      chartOps_(*this),
+      vesselSource_(*this),
+      instruments_({registry_, units_, globals_, s.clock, s.events, errors_, comms_, hooks_, chartOps_}),
+      navHost_(*this),
+      displayChart_(charts_.View, charts_.Legs, chartLibrary_, charts_.State, &charts_.Charts),
+      navCtx_{registry_, s.dialogs, errors_, units_, s.clock, s.events, displayChart_, navHost_, globals_},
+      nav_(navCtx_, instruments_.leg),
+      gpsLink_(instruments_.comm) {
+    RegisterNavLayers(charts_.View, nav_);
+}
+
+// ---- The chart module's window side ------------------------------------------
+
+void PlotterChartHost::ChartRedrawRequested() { p_.services_.shell.ChartRedrawRequested(); }
+void PlotterChartHost::ChartPainted() { p_.services_.shell.ChartPainted(); }
+void PlotterChartHost::ChartWarningsChanged() { p_.services_.shell.ChartWarningsChanged(); }
+void PlotterChartHost::ChartStatusChanged() { p_.services_.shell.ChartStatusChanged(); }
+void PlotterChartHost::ChartBusy(bool busy) { p_.services_.shell.SetBusyCursor(busy); }
+void PlotterChartHost::ChartOpened() { p_.services_.shell.ChartStatusChanged(); }
+void PlotterChartHost::ChartErrorsChanged() { p_.services_.shell.ChartErrorsChanged(); }
+// Compass labels on legs take the deviation card.
+double PlotterChartHost::CompassDeviation(double h) { return double(p_.deviation_.DeviationFor(float(h))); }
+
+// ---- What the navigation objects ask -------------------------------------------
+
+NavHost* PlotterNavHost::Windows() { return p_.services_.shell.NavWindows(); }
+int PlotterNavHost::TwoChoice(const std::string& t, const std::string& x, const std::string& a, const std::string& b) {
+    NavHost* w = Windows();
+    return w ? w->TwoChoice(t, x, a, b) : 0;
+}
+int PlotterNavHost::ListPick(const std::string& t, const std::vector<std::string>& i, const std::string& b) {
+    NavHost* w = Windows();
+    return w ? w->ListPick(t, i, b) : -1;
+}
+bool PlotterNavHost::WaypointDialog(WaypointDialogRequest& r) {
+    NavHost* w = Windows();
+    return w && w->WaypointDialog(r);
+}
+std::string PlotterNavHost::ChooseFolder(const std::string& t, const std::string& p) {
+    NavHost* w = Windows();
+    return w ? w->ChooseFolder(t, p) : std::string();
+}
+std::string PlotterNavHost::ChooseFile(const std::string& t, const std::string& p, const std::string& n,
+                                       const std::string& pattern) {
+    NavHost* w = Windows();
+    return w ? w->ChooseFile(t, p, n, pattern) : std::string();
+}
+void PlotterNavHost::ShowRouteProperties(int16_t r) {
+    if (NavHost* w = Windows()) w->ShowRouteProperties(r);
+}
+void PlotterNavHost::ShowBoundaryProperties(int16_t b) {
+    if (NavHost* w = Windows()) w->ShowBoundaryProperties(b);
+}
+bool PlotterNavHost::ShowAttachment(const std::string& path) {
+    NavHost* w = Windows();
+    return w && w->ShowAttachment(path);
+}
+void PlotterNavHost::SetStatus(const std::string& t) {
+    if (NavHost* w = Windows()) w->SetStatus(t);
+}
+void PlotterNavHost::MenuCaptionsChanged() {
+    if (NavHost* w = Windows()) w->MenuCaptionsChanged();
+}
+void PlotterNavHost::ListsChanged() {
+    if (NavHost* w = Windows()) w->ListsChanged();
+}
+void PlotterNavHost::SetCursorAt(ChartPoint screen) {
+    if (NavHost* w = Windows()) w->SetCursorAt(screen);
+}
+float PlotterNavHost::Variation(const LatLong& pos) { return p_.magVar_.MagneticVariation(pos); }
+double PlotterNavHost::Deviation(double h) { return double(p_.deviation_.DeviationFor(float(h))); }
+bool PlotterNavHost::VesselActive() { return p_.instruments_.vessel.VesselActive(); }
+LatLong PlotterNavHost::VesselPos() { return p_.instruments_.vessel.vessel.Pos; }
+void PlotterNavHost::ActiveLegChanged() {
+    p_.instruments_.vessel.UpdateWaypointConsole();
+    p_.services_.shell.ConsoleChanged();
+    if (NavHost* w = Windows()) w->ActiveLegChanged();
 }
 
 // ---- What the instruments ask ------------------------------------------------
 
-void PlotterHooks::ShowCommDialog(CommDialog d) { p_.services.shell.ShowCommDialog(int(d)); }
-void PlotterHooks::DecodeAIS(const std::string& sentence) { p_.ais.DecodeAIS(sentence); }
-bool PlotterHooks::GetOwnVessel(OwnVesselReport& r) { return OwnVesselFromAis(p_.ais, r); }
-void PlotterHooks::SetGPSMenuState(bool on) { p_.services.shell.SetGPSMenuState(on); }
-void PlotterHooks::SetInfoLine(int panel, const std::string& text) { p_.services.shell.SetInfoPanel(panel, text); }
-void PlotterHooks::SetBusyCursor(bool busy) { p_.services.shell.SetBusyCursor(busy); }
-float PlotterHooks::VesselVariation() { return p_.magVar.MagneticVariation(p_.instruments.vessel.vessel.Pos); }
-float PlotterHooks::CompassDeviation(float h) { return p_.deviation.DeviationFor(h); }
-void PlotterHooks::ShowLostGPS(bool up) { p_.services.shell.ShowLostGPS(up); }
-void PlotterHooks::RefreshSatInfo() { p_.services.shell.RefreshSatInfo(); }
-void PlotterHooks::ConsoleChanged() { p_.services.shell.ConsoleChanged(); }
+void PlotterHooks::ShowCommDialog(CommDialog d) { p_.services_.shell.ShowCommDialog(int(d)); }
+void PlotterHooks::DecodeAIS(const std::string& sentence) { p_.ais_.DecodeAIS(sentence); }
+bool PlotterHooks::GetOwnVessel(OwnVesselReport& r) { return OwnVesselFromAis(p_.ais_, r); }
+void PlotterHooks::SetGPSMenuState(bool on) { p_.services_.shell.SetGPSMenuState(on); }
+void PlotterHooks::SetInfoLine(int panel, const std::string& text) { p_.services_.shell.SetInfoPanel(panel, text); }
+void PlotterHooks::SetBusyCursor(bool busy) { p_.services_.shell.SetBusyCursor(busy); }
+float PlotterHooks::VesselVariation() { return p_.magVar_.MagneticVariation(p_.instruments_.vessel.vessel.Pos); }
+float PlotterHooks::CompassDeviation(float h) { return p_.deviation_.DeviationFor(h); }
+void PlotterHooks::ShowLostGPS(bool up) { p_.services_.shell.ShowLostGPS(up); }
+void PlotterHooks::RefreshSatInfo() { p_.services_.shell.RefreshSatInfo(); }
+void PlotterHooks::ConsoleChanged() { p_.services_.shell.ConsoleChanged(); }
 void PlotterHooks::RedrawVessel() { p_.RequestChartRedraw(); }
 void PlotterHooks::TrackCheck() {
-    const Vessel& v = p_.instruments.vessel.vessel;
-    if (p_.nav.tracks.TrackCheck(v.Pos, v.COG, p_.services.clock.Timer())) p_.RequestChartRedraw();
+    const Vessel& v = p_.instruments_.vessel.vessel;
+    if (p_.nav_.tracks.TrackCheck(v.Pos, v.COG, p_.services_.clock.Timer())) p_.RequestChartRedraw();
 }
 void PlotterHooks::AddTrackPoint() {
-    const Vessel& v = p_.instruments.vessel.vessel;
-    p_.nav.tracks.AddTrackPoint(v.Pos, v.COG);
+    const Vessel& v = p_.instruments_.vessel.vessel;
+    p_.nav_.tracks.AddTrackPoint(v.Pos, v.COG);
 }
 void PlotterHooks::CloseTrack() {
     AddTrackPoint();
-    p_.nav.tracks.StartSegment();
+    p_.nav_.tracks.StartSegment();
 }
 bool PlotterHooks::CursorPosition(LatLong& pos) {
-    if (!p_.cursorOnChart) return false;
-    pos = p_.cursorPos;
+    if (!p_.cursorOnChart_) return false;
+    pos = p_.cursorPos_;
     return true;
 }
 
 // ---- The chart as the vessel needs it ------------------------------------------
 
-bool PlotterChartOps::ChartOpen() { return p_.charts.Charts.ChartIsOpen(); }
+bool PlotterChartOps::ChartOpen() { return p_.charts_.Charts.ChartIsOpen(); }
 void PlotterChartOps::PrepareVesselPoint(const LatLong&) { p_.RequestChartRedraw(); }
 void PlotterChartOps::CentreOnVessel() {
-    if (ChartOpen()) p_.charts.View.CentreOnPosition(p_.instruments.vessel.vessel.Pos);
+    if (ChartOpen()) p_.charts_.View.CentreOnPosition(p_.instruments_.vessel.vessel.Pos);
 }
-void PlotterChartOps::OpenBestChartAt(const LatLong& pos) { p_.charts.Charts.OpenChartAt(pos.Lat, pos.Long); }
+void PlotterChartOps::OpenBestChartAt(const LatLong& pos) { p_.charts_.Charts.OpenChartAt(pos.Lat, pos.Long); }
 void PlotterChartOps::CentreChartAt(const LatLong& pos) {
-    if (ChartOpen()) p_.charts.View.CentreOnPosition(pos);
+    if (ChartOpen()) p_.charts_.View.CentreOnPosition(pos);
 }
 bool PlotterChartOps::GetScrollView(ScrollView& v) {
     if (!ChartOpen()) return false;
-    Display& d = p_.charts.View;
+    Display& d = p_.charts_.View;
     const ChartViewState& s = d.View();
     if (d.DisplayedPlan < 0 || s.ViewFactor <= 0.0) return false;
-    NavPoint np = d.LocatePosition(p_.instruments.vessel.vessel.Pos);
+    NavPoint np = d.LocatePosition(p_.instruments_.vessel.vessel.Pos);
     size_t plan = size_t(d.DisplayedPlan);
     if (plan >= np.Pixel.size() || plan >= np.InPlan.size() || np.InPlan[plan] == 0) return false;
     ChartPoint screen = d.ChartToScreen(np.Pixel[plan]);
-    v.PixelsPerNM = p_.chartLibrary.GetPixelsPerNM(d.DisplayedPlan) / s.ViewFactor;
+    v.PixelsPerNM = p_.chartLibrary_.GetPixelsPerNM(d.DisplayedPlan) / s.ViewFactor;
     v.Width = s.Width;
     v.Height = s.Height;
     v.VesselX = screen.x;
@@ -100,7 +163,7 @@ bool PlotterChartOps::GetScrollView(ScrollView& v) {
 }
 
 bool PlotterVesselSource::GetVesselView(VesselView& out) {
-    const VesselModule& m = p_.instruments.vessel;
+    const VesselModule& m = p_.instruments_.vessel;
     const Vessel& v = m.vessel;
     out.Active = m.VesselActive();
     if (!out.Active) return false;
@@ -121,37 +184,49 @@ Plotter::~Plotter() = default;
 
 bool Plotter::Start(const std::string& commandLine, const std::string& exePath, const std::string& installFolder,
                     const std::string& sharedData) {
-    return startup.Main(commandLine, exePath, installFolder, sharedData);
+    return startup_.Main(commandLine, exePath, installFolder, sharedData);
 }
 
 void Plotter::Close(int windowState, double left, double top, double width, double height) {
-    if (exited) return;
+    if (exited_) return;
     // Placement first: a normal window keeps its rectangle, a maximised one
     // only its state, a minimised one nothing.
     if (windowState == 0) {
-        registry.SaveSetting(Key::WindowState, "0");
-        registry.SaveSetting(Key::WindowLeft, NumberText(left));
-        registry.SaveSetting(Key::WindowTop, NumberText(top));
-        registry.SaveSetting(Key::WindowWidth, NumberText(width));
-        registry.SaveSetting(Key::WindowHeight, NumberText(height));
+        registry_.SaveSetting(Key::WindowState, "0");
+        registry_.SaveSetting(Key::WindowLeft, NumberText(left));
+        registry_.SaveSetting(Key::WindowTop, NumberText(top));
+        registry_.SaveSetting(Key::WindowWidth, NumberText(width));
+        registry_.SaveSetting(Key::WindowHeight, NumberText(height));
     } else if (windowState == 2) {
-        registry.SaveSetting(Key::WindowState, "2");
+        registry_.SaveSetting(Key::WindowState, "2");
     }
-    startup.ExitSequence();
+    startup_.ExitSequence();
 }
 
 void Plotter::ApplyOptions(const OptionsValues& values) {
-    errors.Guard("FrmOptions", [&] {
-        SaveOptions(registry, units, values);
-        display = LoadDisplayOptions(registry);
-        instruments.vessel.AutoscrollTime = float(Val(registry.GetSetting(Key::AutoscrollTime)));
+    errors_.Guard("FrmOptions", [&] {
+        SaveOptions(registry_, units_, values);
+        display_ = LoadDisplayOptions(registry_);
+        instruments_.vessel.AutoscrollTime = float(Val(registry_.GetSetting(Key::AutoscrollTime)));
     });
+}
+
+void Plotter::CentreOnVessel() { chartOps_.CentreOnVessel(); }
+
+bool Plotter::ApplyVesselDialog(const VesselDialogValues& values) {
+    return ombra::ApplyVesselDialog(instruments_.vessel, registry_, units_, hooks_, services_.dialogs,
+                                    globals_.ProductName, values);
+}
+
+void Plotter::SetChartCursor(bool onPlan, const LatLong& pos) {
+    cursorOnChart_ = onPlan;
+    cursorPos_ = pos;
 }
 
 // ---- The tick ---------------------------------------------------------------
 
 TickFlags Plotter::Flags() {
-    const CommSettings& s = instruments.settings;
+    const CommSettings& s = instruments_.settings;
     TickFlags f;
     f.GyroUseGyroPort = s.GyroUseGyroPort;
     f.AISUseGPSPort = s.AISUseGPSPort;
@@ -161,94 +236,94 @@ TickFlags Plotter::Flags() {
     return f;
 }
 
-bool Plotter::ReadGPSPort() { return instruments.comm.ReadGPSPort(); }
-void Plotter::ReadGyroPort() { instruments.comm.ReadGyroPort(); }
-void Plotter::ReadAISPort() { instruments.comm.ReadAISPort(); }
-void Plotter::AisTimeout(double seconds) { ais.AisTimeout(seconds); }
-void Plotter::ReadARPAPort() { instruments.comm.ReadARPAPort(); }
+bool Plotter::ReadGPSPort() { return instruments_.comm.ReadGPSPort(); }
+void Plotter::ReadGyroPort() { instruments_.comm.ReadGyroPort(); }
+void Plotter::ReadAISPort() { instruments_.comm.ReadAISPort(); }
+void Plotter::AisTimeout(double seconds) { ais_.AisTimeout(seconds); }
+void Plotter::ReadARPAPort() { instruments_.comm.ReadARPAPort(); }
 // Tracked targets arrive with their own module; until then there is no file to poll.
 void Plotter::PollTrackingFile() {}
 bool Plotter::UpdateVesselPos() {
-    lastStatus = instruments.vessel.UpdateVesselPos();
-    return lastStatus != 0;
+    lastStatus_ = instruments_.vessel.UpdateVesselPos();
+    return lastStatus_ != 0;
 }
-bool Plotter::VesselActive() { return instruments.vessel.VesselActive(); }
+bool Plotter::VesselActive() { return instruments_.vessel.VesselActive(); }
 // The target consoles arrive with the targets' module.
 void Plotter::UpdateTargetConsoles() {}
 // The burst takes the 16-bit status of the last cycle, not just "a fix".
-void Plotter::NmeaOutput(bool) { instruments.output.NmeaOutput(lastStatus); }
-void Plotter::AutoscrollCheck() { instruments.vessel.AutoscrollCheck(); }
-void Plotter::ShowClock(const std::string& text) { services.shell.SetInfoPanel(5, text); }
+void Plotter::NmeaOutput(bool) { instruments_.output.NmeaOutput(lastStatus_); }
+void Plotter::AutoscrollCheck() { instruments_.vessel.AutoscrollCheck(); }
+void Plotter::ShowClock(const std::string& text) { services_.shell.SetInfoPanel(5, text); }
 
 // ---- Start-up and shutdown --------------------------------------------------
 
 // Palettes belong to 8-bit displays; a true-colour desktop has no system
 // palette to save or restore.
 void Plotter::FoldersFixed() {
-    magVar.SetDatPath(globals.AppDatPath);
+    magVar_.SetDatPath(globals_.AppDatPath);
     // The deviation card lives in the user's data root.
-    deviation.SetDataPath(globals.UserDataPath);
+    deviation_.SetDataPath(globals_.UserDataPath);
 }
 
 void Plotter::SaveSystemPalette() {}
 void Plotter::RestoreSystemPalette() {}
-bool Plotter::ShowSplash() { return services.shell.ShowSplash(); }
-void Plotter::CloseSplash() { services.shell.CloseSplash(); }
+bool Plotter::ShowSplash() { return services_.shell.ShowSplash(); }
+void Plotter::CloseSplash() { services_.shell.CloseSplash(); }
 void Plotter::LoadCommsSettings() {
-    portTable.SetBaseFolder(globals.AppPath);
-    instruments.LoadCommsSettings();
+    portTable_.SetBaseFolder(globals_.AppPath);
+    instruments_.LoadCommsSettings();
 }
-void Plotter::LoadDisplaySettings() { display = LoadDisplayOptions(registry); }
+void Plotter::LoadDisplaySettings() { display_ = LoadDisplayOptions(registry_); }
 void Plotter::LoadUnitsConsoleAndOverlays() {
-    units.LoadUnits(registry);
-    instruments.LoadConsoleSettings();
+    units_.LoadUnits(registry_);
+    instruments_.LoadConsoleSettings();
 }
 void Plotter::LoadChartFolders() {
-    charts.SetRoot(globals.MainDataPath);
-    charts.View.SetVesselSource(&vesselSource);
+    charts_.SetRoot(globals_.MainDataPath);
+    charts_.View.SetVesselSource(&vesselSource_);
 }
-void Plotter::LoadNavObjects() { nav.LoadNavObjects(); }
+void Plotter::LoadNavObjects() { nav_.LoadNavObjects(); }
 void Plotter::LoadVesselSettings() {
-    instruments.vessel.LoadVesselSettings();
-    deviation.ReadDeviateDat();
+    instruments_.vessel.LoadVesselSettings();
+    deviation_.ReadDeviateDat();
 }
-void Plotter::LoadWaypoints() { nav.LoadWaypoints(); }
+void Plotter::LoadWaypoints() { nav_.LoadWaypoints(); }
 void Plotter::ApplyPaletteMode(int16_t mode) {
-    PaletteMode = (mode >= 0 && mode <= 2) ? mode : 0;
-    charts.View.SetPaletteMode(PaletteMode);
+    paletteMode_ = (mode >= 0 && mode <= 2) ? mode : 0;
+    charts_.View.SetPaletteMode(paletteMode_);
 }
-void Plotter::ReadLastFileDataStamp() { instruments.vessel.ReadLastFileDataStamp(); }
-void Plotter::ReadBoatOutline(const std::string& path) { chartLibrary.ReadBoatOutline(path); }
+void Plotter::ReadLastFileDataStamp() { instruments_.vessel.ReadLastFileDataStamp(); }
+void Plotter::ReadBoatOutline(const std::string& path) { chartLibrary_.ReadBoatOutline(path); }
 void Plotter::InitialiseData() {}
 void Plotter::InitialiseControls() {}
-void Plotter::CreateMainWindow(const std::string& caption) { services.shell.CreateMainWindow(caption); }
-void Plotter::ApplyWindowState(int state) { services.shell.ApplyWindowState(state); }
-void Plotter::ApplyWindowRect(double l, double t, double w, double h) { services.shell.ApplyWindowRect(l, t, w, h); }
-void Plotter::BuildMenus() { services.shell.BuildMenus(); }
-void Plotter::InitRunMenu(bool e, bool g) { services.shell.InitRunMenu(e, g); }
-void Plotter::LoadCommsForms() { services.shell.LoadCommsForms(); }
-void Plotter::ShowMainWindow() { services.shell.ShowMainWindow(); }
-int Plotter::DisplayColours() { return services.shell.DisplayColours(); }
-void Plotter::ShowColourWarning() { services.shell.ShowColourWarning(); }
-void Plotter::SelectCommandRoute(const std::string& route) { nav.SelectCommandRoute(route); }
+void Plotter::CreateMainWindow(const std::string& caption) { services_.shell.CreateMainWindow(caption); }
+void Plotter::ApplyWindowState(int state) { services_.shell.ApplyWindowState(state); }
+void Plotter::ApplyWindowRect(double l, double t, double w, double h) { services_.shell.ApplyWindowRect(l, t, w, h); }
+void Plotter::BuildMenus() { services_.shell.BuildMenus(); }
+void Plotter::InitRunMenu(bool e, bool g) { services_.shell.InitRunMenu(e, g); }
+void Plotter::LoadCommsForms() { services_.shell.LoadCommsForms(); }
+void Plotter::ShowMainWindow() { services_.shell.ShowMainWindow(); }
+int Plotter::DisplayColours() { return services_.shell.DisplayColours(); }
+void Plotter::ShowColourWarning() { services_.shell.ShowColourWarning(); }
+void Plotter::SelectCommandRoute(const std::string& route) { nav_.SelectCommandRoute(route); }
 std::string Plotter::ShowDisclaimer(const std::string& title, const std::string& text) {
-    return services.shell.ShowDisclaimer(title, text);
+    return services_.shell.ShowDisclaimer(title, text);
 }
-void Plotter::OpenChartAt(double lat, double lon) { charts.Charts.OpenChartAt(lat, lon); }
-void Plotter::StartGPS() { instruments.comm.StartGPS(); }
-void Plotter::OpenChartNumber(const std::string& number) { charts.Charts.NewChart(number); }
-void Plotter::EnableMainTimer() { services.shell.EnableMainTimer(); }
-void Plotter::ActivateCommandRoute(const std::string& route) { nav.ActivateCommandRoute(route); }
+void Plotter::OpenChartAt(double lat, double lon) { charts_.Charts.OpenChartAt(lat, lon); }
+void Plotter::StartGPS() { instruments_.comm.StartGPS(); }
+void Plotter::OpenChartNumber(const std::string& number) { charts_.Charts.NewChart(number); }
+void Plotter::EnableMainTimer() { services_.shell.EnableMainTimer(); }
+void Plotter::ActivateCommandRoute(const std::string& route) { nav_.ActivateCommandRoute(route); }
 void Plotter::EndCurrentTool() {
-    nav.EndCurrentTool();
-    globals.CurrentTool = 0;
+    nav_.EndCurrentTool();
+    globals_.CurrentTool = 0;
 }
-void Plotter::StopGPS() { instruments.comm.StopGPS(); }
-void Plotter::CloseStores() { nav.CloseStores(); }
-void Plotter::CloseChart() { charts.Charts.CloseChart(); }
+void Plotter::StopGPS() { instruments_.comm.StopGPS(); }
+void Plotter::CloseStores() { nav_.CloseStores(); }
+void Plotter::CloseChart() { charts_.Charts.CloseChart(); }
 void Plotter::EndProcess() {
-    exited = true;
-    services.shell.EndProcess();
+    exited_ = true;
+    services_.shell.EndProcess();
 }
 
 }  // namespace ombra

@@ -7,7 +7,9 @@
 //
 // Steps whose modules are not part of the plotter yet do nothing here, each
 // in its own function below, so that wiring a module is one edit in one
-// place.
+// place. Windows reach the modules through the accessors below; the joints
+// between modules (the hooks of the instruments, the hosts of the chart
+// and navigation-object modules, the GPS link, the port table) are private.
 #pragma once
 #include <memory>
 #include <string>
@@ -23,14 +25,14 @@
 #include "instruments/Instruments.h"
 #include "charts/ChartModule.h"
 #include "charts/VesselView.h"
-#include "platform/chartlib/OmbraChartLibrary.h"
-#include "navobjects/CommGpsLink.h"
-#include "navobjects/DisplayChart.h"
-#include "navobjects/NavHostRelay.h"
+#include "instruments/InstrumentDialogs.h"
+#include "platform/api/ChartLibrary.h"
 #include "navobjects/NavObjects.h"
 #include "platform/ais/AisDecoder.h"
 #include "platform/api/Comms.h"
-#include "platform/comms/PortTable.h"
+#include "plotter/CommGpsLink.h"
+#include "plotter/DisplayChart.h"
+#include "plotter/PortTable.h"
 #include "platform/comms/PosixComms.h"
 #include "plotter/Shell.h"
 #include "platform/api/Clock.h"
@@ -48,6 +50,8 @@ struct PlotterServices {
     // The ports; when null the plotter opens real ones (serial, network,
     // file replay) through its port table.
     Comms* comms = nullptr;
+    // The raster chart engine; when null the plotter uses Ombra's own.
+    ChartLibrary* chartLibrary = nullptr;
 };
 
 class Plotter;
@@ -102,6 +106,54 @@ private:
     Plotter& p_;
 };
 
+// The chart module's window side and the deviation card.
+class PlotterChartHost : public ChartHost {
+public:
+    explicit PlotterChartHost(Plotter& p) : p_(p) {}
+    void ChartRedrawRequested() override;
+    void ChartPainted() override;
+    void ChartWarningsChanged() override;
+    void ChartStatusChanged() override;
+    void ChartBusy(bool busy) override;
+    void ChartOpened() override;
+    void ChartErrorsChanged() override;
+    double CompassDeviation(double magneticCourse) override;
+
+private:
+    Plotter& p_;
+};
+
+// What the navigation objects ask: windows go to the shell's navigation
+// windows once the main window exists (before that a question is
+// answered as cancelled), facts to the modules that hold them.
+class PlotterNavHost : public NavHost {
+public:
+    explicit PlotterNavHost(Plotter& p) : p_(p) {}
+    int TwoChoice(const std::string& title, const std::string& text, const std::string& first,
+                  const std::string& second) override;
+    int ListPick(const std::string& title, const std::vector<std::string>& items, const std::string& button) override;
+    bool WaypointDialog(WaypointDialogRequest& request) override;
+    std::string ChooseFolder(const std::string& title, const std::string& prompt) override;
+    std::string ChooseFile(const std::string& title, const std::string& prompt, const std::string& filterName,
+                           const std::string& pattern) override;
+    void ShowRouteProperties(int16_t route) override;
+    void ShowBoundaryProperties(int16_t boundary) override;
+    bool ShowAttachment(const std::string& path) override;
+    void SetStatus(const std::string& text) override;
+    void MenuCaptionsChanged() override;
+    void ListsChanged() override;
+    void SetCursorAt(ChartPoint screen) override;
+    float Variation(const LatLong& pos) override;
+    double Deviation(double magneticCourse) override;
+    bool VesselActive() override;
+    LatLong VesselPos() override;
+    void ActiveLegChanged() override;
+
+private:
+    NavHost* Windows();
+    Plotter& p_;
+};
+
 class Plotter : public TickSteps, public StartupSteps {
 public:
     explicit Plotter(PlotterServices services);
@@ -113,39 +165,42 @@ public:
     // The main window's close: placement, then the exit sequence.
     void Close(int windowState, double left, double top, double width, double height);
     // One tick of the 100 ms timer.
-    void Tick() { loop.MainTimer_Timer(); }
+    void Tick() { loop_.MainTimer_Timer(); }
     // The Options dialog's confirm, with its values.
     void ApplyOptions(const OptionsValues& values);
+    // True once the exit sequence has run.
+    bool Exited() const { return exited_; }
 
-    PlotterServices services;
-    Globals globals;
-    Registry registry;
-    ErrorReporter errors;
-    Units units;
-    MainLoop loop;
-    Startup startup;
-    MagVar magVar;
-    Deviation deviation;
-    PortTable portTable;
-    std::unique_ptr<PosixComms> posixComms;
-    Comms& comms;
-    AisDecoder ais;
-    chartlib::OmbraChartLibrary chartLibrary;
-    ChartModule charts;
-    PlotterHooks hooks;
-    PlotterChartOps chartOps;
-    PlotterVesselSource vesselSource;
-    Instruments instruments;
-    // The navigation objects: the three stores, tracks, dividers, activation.
-    NavHostRelay navRelay;
-    DisplayChart displayChart;
-    NavContext navCtx;
-    NavObjects nav;
-    CommGpsLink gpsLink;
-    // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
-    // NMEA burst's status letters come from it.
-    int16_t lastStatus = 0;
-    bool exited = false;
+    // ---- What the windows work on ----------------------------------------
+    // The modules a window shows or edits. The wiring between them (hooks,
+    // hosts, links, the port table) stays inside the plotter.
+    const PlotterServices& services() const { return services_; }
+    Globals& globals() { return globals_; }
+    Registry& registry() { return registry_; }
+    ErrorReporter& errors() { return errors_; }
+    Units& units() { return units_; }
+    MagVar& magVar() { return magVar_; }
+    Deviation& deviation() { return deviation_; }
+    ChartModule& charts() { return charts_; }
+    Instruments& instruments() { return instruments_; }
+    NavObjects& nav() { return nav_; }
+    // The host the navigation objects' windows and commands report to, and
+    // the GPS port as the waypoint and route export uses it.
+    NavHost& navHost() { return navHost_; }
+    GpsLink& gpsLink() { return gpsLink_; }
+
+    // ---- Commands of the windows that reach across modules ---------------
+    // The chart centred on the vessel (Vessel > Centre on Vessel).
+    void CentreOnVessel();
+    // The vessel dialog's confirm: false when a value was refused.
+    bool ApplyVesselDialog(const VesselDialogValues& values);
+    // The cursor over the chart (the console's cursor rows): whether it is
+    // on a plan, and the WGS84 position under it.
+    void SetChartCursor(bool onPlan, const LatLong& pos);
+    // The palette in use: 0 day, 1 twilight (dusk), 2 night.
+    int16_t PaletteMode() const { return paletteMode_; }
+    // Asks the chart view for a redraw at the window's next turn.
+    void RequestChartRedraw() { services_.shell.ChartRedrawRequested(); }
 
     // TickSteps
     TickFlags Flags() override;
@@ -202,16 +257,51 @@ public:
     void CloseChart() override;
     void EndProcess() override;
 
+private:
+    friend class PlotterHooks;
+    friend class PlotterChartOps;
+    friend class PlotterVesselSource;
+    friend class PlotterChartHost;
+    friend class PlotterNavHost;
+
+    PlotterServices services_;
+    Globals globals_;
+    Registry registry_;
+    ErrorReporter errors_;
+    Units units_;
+    MainLoop loop_;
+    Startup startup_;
+    MagVar magVar_;
+    Deviation deviation_;
+    PortTable portTable_;
+    std::unique_ptr<PosixComms> posixComms_;
+    Comms& comms_;
+    AisDecoder ais_;
+    // The chart engine: the one the services name, else Ombra's own.
+    std::unique_ptr<ChartLibrary> ownChartLibrary_;
+    ChartLibrary& chartLibrary_;
+    PlotterChartHost chartHost_;
+    ChartModule charts_;
+    PlotterHooks hooks_;
+    PlotterChartOps chartOps_;
+    PlotterVesselSource vesselSource_;
+    Instruments instruments_;
+    // The navigation objects: the three stores, tracks, dividers, activation.
+    PlotterNavHost navHost_;
+    DisplayChart displayChart_;
+    NavContext navCtx_;
+    NavObjects nav_;
+    CommGpsLink gpsLink_;
+    // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
+    // NMEA burst's status letters come from it.
+    int16_t lastStatus_ = 0;
+    bool exited_ = false;
     // Display settings read at start-up.
-    DisplayOptions display;
-    // Asks the chart view for a redraw at the window's next turn.
-    void RequestChartRedraw() {
-        if (charts.View.RedrawRequested) charts.View.RedrawRequested();
-    }
+    DisplayOptions display_;
     // The cursor over the chart, for the console's cursor rows.
-    bool cursorOnChart = false;
-    LatLong cursorPos;
-    int16_t PaletteMode = 0;
+    bool cursorOnChart_ = false;
+    LatLong cursorPos_;
+    int16_t paletteMode_ = 0;
 };
 
 }  // namespace ombra

@@ -4,6 +4,8 @@
 #pragma once
 #include <string>
 
+#include "navobjects/NavHost.h"
+
 namespace ombra {
 
 class Shell {
@@ -26,6 +28,18 @@ public:
     // The information line: panel 1 messages and prompts, 2 the age line,
     // 3 the GPS status, 4 the chart's depth units, 5 the clock.
     virtual void SetInfoPanel(int panel, const std::string& text) = 0;
+
+    // The chart view's window (what ChartHost passes on): a redraw soon,
+    // the painted store to be shown, the warnings bar, the caption and
+    // depth units, a chart opened, the list of chart problems changed.
+    virtual void ChartRedrawRequested() = 0;
+    virtual void ChartPainted() = 0;
+    virtual void ChartWarningsChanged() = 0;
+    virtual void ChartStatusChanged() = 0;
+    virtual void ChartErrorsChanged() = 0;
+    // The windows and commands of the navigation objects, once the main
+    // window exists; null before it does and after it is gone.
+    virtual NavHost* NavWindows() = 0;
 
     // Window-side events of the instruments; a shell without the windows
     // ignores them.

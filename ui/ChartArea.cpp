@@ -18,8 +18,6 @@ ChartArea::ChartArea(ChartModule& charts, QWidget* parent) : QWidget(parent), ch
     redrawTimer_.setSingleShot(true);
     redrawTimer_.setInterval(0);
     connect(&redrawTimer_, &QTimer::timeout, this, &ChartArea::Redraw);
-    charts_.View.RedrawRequested = [this] { RequestRedraw(); };
-    charts_.View.Refresh = [this] { update(); };
 }
 
 void ChartArea::RequestRedraw() {

@@ -15,9 +15,12 @@ public:
     ChartCommands(FrmMain& main, Plotter& plotter);
     void Bind();
     ChartArea* Area() const { return area_; }
+    // The chart module's notices, passed on by the shell.
+    void StatusChanged();
+    void WarningsChanged();
+    void ChartErrorsChanged();
 
 private:
-    void StatusChanged();
     void Palette(int mode);
     FrmMain& main_;
     Plotter& p_;

@@ -95,7 +95,7 @@ void FrmMain::BuildMenus() {
         AddEntries(m, top.children, actions_);
     }
     // Tile entries appear only where tiled complete-chart handling is wanted.
-    bool tiles = plotter_.registry.GetNumber(Key::TileCompleteChart) != 0.0;
+    bool tiles = plotter_.registry().GetNumber(Key::TileCompleteChart) != 0.0;
     if (QAction* a = Action("MPrintTileCompleteChart")) a->setVisible(tiles);
     Bind("MExit", [this] { close(); });
 }

@@ -16,7 +16,7 @@
 namespace ombra {
 
 InstrumentCommands::InstrumentCommands(FrmMain& main, Plotter& plotter) : main_(main), p_(plotter) {
-    console_ = new ConsolePanel(&main_, p_.instruments.console);
+    console_ = new ConsolePanel(&main_, p_.instruments().console);
     main_.SetConsoleWidget(console_);
 }
 
@@ -28,7 +28,7 @@ void InstrumentCommands::Bind() {
     main_.Bind("MAutopilotSettings", [this] { AutopilotSettings(); });
     main_.Bind("MSatInfo", [this] { SatelliteInfo(); });
     main_.Bind("MVesselProperties", [this] { VesselProperties(); });
-    main_.Bind("MCourseToSteer", [this] { p_.instruments.vessel.CourseToSteerCommand(); });
+    main_.Bind("MCourseToSteer", [this] { p_.instruments().vessel.CourseToSteerCommand(); });
     main_.Bind("MConsoleOptions", [this] { ConsoleOptions(); });
     main_.Bind("MConsole", [this] { console_->setVisible(!console_->isVisible()); });
     SetGPSMenuState(false);
@@ -50,43 +50,43 @@ void InstrumentCommands::ShowCommDialog(int which) {
 }
 
 void InstrumentCommands::TestPort(int16_t port, int32_t baud) {
-    p_.instruments.comm.TestPort = port;
-    p_.instruments.comm.TestBaudRate = baud;
-    FrmCommTest t(&main_, p_.instruments.comm);
+    p_.instruments().comm.TestPort = port;
+    p_.instruments().comm.TestBaudRate = baud;
+    FrmCommTest t(&main_, p_.instruments().comm);
     if (t.Load()) t.exec();
 }
 
 void InstrumentCommands::GPSSettings() {
-    auto& ins = p_.instruments;
+    auto& ins = p_.instruments();
     FrmComm dlg(
-        &main_, LoadGPSDialog(p_.registry, ins.settings),
-        [this] { return ConfirmAutopilotOn(p_.instruments.leg.Kind != 0, p_.services.dialogs, p_.globals.ProductName); },
+        &main_, LoadGPSDialog(p_.registry(), ins.settings),
+        [this] { return ConfirmAutopilotOn(p_.instruments().leg.Kind != 0, p_.services().dialogs, p_.globals().ProductName); },
         [this](int16_t port, int32_t baud) { TestPort(port, baud); });
     dlg.exec();
-    if (dlg.Result() != "Cancel") SaveGPSDialog(p_.registry, ins.settings, dlg.Values());
+    if (dlg.Result() != "Cancel") SaveGPSDialog(p_.registry(), ins.settings, dlg.Values());
 }
 
 void InstrumentCommands::GyroSettings() {
-    auto& ins = p_.instruments;
-    FrmCommGyro dlg(&main_, LoadGyroDialog(p_.registry, ins.settings),
+    auto& ins = p_.instruments();
+    FrmCommGyro dlg(&main_, LoadGyroDialog(p_.registry(), ins.settings),
                     [this](int16_t port, int32_t baud) { TestPort(port, baud); });
     dlg.exec();
-    if (dlg.Result() != "Cancel") SaveGyroDialog(p_.registry, ins.settings, dlg.Values());
+    if (dlg.Result() != "Cancel") SaveGyroDialog(p_.registry(), ins.settings, dlg.Values());
 }
 
 void InstrumentCommands::AutopilotSettings() {
-    auto& s = p_.instruments.settings;
+    auto& s = p_.instruments().settings;
     FrmCommAutopilot dlg(&main_, AutopilotFromBits(s.AutopilotSettings));
     dlg.exec();
     if (dlg.Result() != "Cancel") {
         s.AutopilotSettings = AutopilotBits(dlg.Values());
-        p_.registry.SaveSetting(Key::AutopilotSettings, std::to_string(s.AutopilotSettings));
+        p_.registry().SaveSetting(Key::AutopilotSettings, std::to_string(s.AutopilotSettings));
     }
 }
 
 void InstrumentCommands::SatelliteInfo() {
     if (!sats_) {
-        sats_ = new FrmSatInfo(&main_, p_.instruments.decoder.Sats, p_.instruments.decoder.GGA);
+        sats_ = new FrmSatInfo(&main_, p_.instruments().decoder.Sats, p_.instruments().decoder.GGA);
         sats_->setAttribute(Qt::WA_DeleteOnClose);
     }
     sats_->show();
@@ -94,20 +94,19 @@ void InstrumentCommands::SatelliteInfo() {
 }
 
 void InstrumentCommands::VesselProperties() {
-    auto& ins = p_.instruments;
-    FrmVessel dlg(&main_, LoadVesselDialog(ins.vessel, p_.units), [this](const VesselDialogValues& v) {
-        return ApplyVesselDialog(p_.instruments.vessel, p_.registry, p_.units, p_.hooks, p_.services.dialogs,
-                                 p_.globals.ProductName, v);
+    auto& ins = p_.instruments();
+    FrmVessel dlg(&main_, LoadVesselDialog(ins.vessel, p_.units()), [this](const VesselDialogValues& v) {
+        return p_.ApplyVesselDialog(v);
     });
     dlg.exec();
 }
 
 void InstrumentCommands::ConsoleOptions() {
-    FrmConsole dlg(&main_, p_.instruments.console);
+    FrmConsole dlg(&main_, p_.instruments().console);
     dlg.exec();
     if (dlg.Result() != "Cancel") {
-        dlg.Apply(p_.instruments.console);
-        p_.instruments.console.SaveConsoleSettings(p_.registry);
+        dlg.Apply(p_.instruments().console);
+        p_.instruments().console.SaveConsoleSettings(p_.registry());
         console_->Refresh();
     }
 }

@@ -13,7 +13,6 @@
 #include "navobjects/GpsExport.h"
 #include "navobjects/NavChart.h"
 #include "navobjects/GpxStores.h"
-#include "navobjects/NavHostRelay.h"
 #include "navobjects/NavObjects.h"
 #include "platform/api/Dialogs.h"
 #include "platform/qt/QtServices.h"
@@ -28,15 +27,11 @@
 
 namespace ombra {
 
-NavObjectCommands::NavObjectCommands(FrmMain& main, NavObjects& nav, NavHostRelay& relay, Registry& reg,
+NavObjectCommands::NavObjectCommands(FrmMain& main, NavObjects& nav, NavHost& host, Registry& reg,
                                      Dialogs& dialogs, Clock& clock, Events& events, GpsLink* gps)
-    : main_(main), nav_(nav), relay_(relay), reg_(reg), dialogs_(dialogs), clock_(clock), events_(events), gps_(gps) {
-    relay_.windows = this;
-}
+    : main_(main), nav_(nav), host_(host), reg_(reg), dialogs_(dialogs), clock_(clock), events_(events), gps_(gps) {}
 
-NavObjectCommands::~NavObjectCommands() {
-    if (relay_.windows == this) relay_.windows = nullptr;
-}
+NavObjectCommands::~NavObjectCommands() = default;
 
 int16_t NavObjectCommands::WPMode() const { return int16_t(Val(reg_.GetSetting(Key::WPMode))); }
 
@@ -224,7 +219,7 @@ void NavObjectCommands::ExportRoutesGpx() {
 
 void NavObjectCommands::ExportWaypointToGps(int16_t slot) {
     if (!gps_) return;
-    GpsExport gps(*gps_, dialogs_, clock_, events_, relay_, nav_.ctx.globals.ProductName);
+    GpsExport gps(*gps_, dialogs_, clock_, events_, host_, nav_.ctx.globals.ProductName);
     std::vector<const Waypoint*> points;
     if (slot) points.push_back(nav_.waypoints.At(slot));
     else
@@ -235,7 +230,7 @@ void NavObjectCommands::ExportWaypointToGps(int16_t slot) {
 void NavObjectCommands::ExportRouteToGps(int16_t route) {
     const Route* r = nav_.routes.At(route);
     if (!gps_ || !r) return;
-    GpsExport gps(*gps_, dialogs_, clock_, events_, relay_, nav_.ctx.globals.ProductName);
+    GpsExport gps(*gps_, dialogs_, clock_, events_, host_, nav_.ctx.globals.ProductName);
     gps.ExportRouteToGPS(*r, WPMode());
 }
 

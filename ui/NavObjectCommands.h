@@ -2,13 +2,14 @@
 //
 // It is the window half of NavHost (the list dialog FrmList, FrmWayPoint,
 // the choosers, the attachment viewer, FrmRoute and FrmBoundary, the
-// status line, the menu captions) and binds the menu commands of the three
+// status line, the menu captions), which the plotter reaches through the
+// shell's NavWindows, and binds the menu commands of the three
 // database menus and of "&General" ("&RBL", "&Dividers") to the stores and
 // the mouse tools. The chart area hands it its mouse (ChartClick,
 // ChartMove); a right click opens the pop-up of the object under the
 // cursor.
 //
-//   NavObjectCommands nav(main, plotter.nav, plotter.navRelay, reg, dialogs, clock, events, &gpsLink);
+//   NavObjectCommands nav(main, plotter.nav(), plotter.navHost(), reg, dialogs, clock, events, &plotter.gpsLink());
 //   nav.Bind();
 //   chartArea->OnClick = [&](ChartPoint s, bool, const LatLong&, int b, bool dbl) { return nav.ChartClick(s, b, dbl); };
 #pragma once
@@ -21,7 +22,6 @@ namespace ombra {
 
 class FrmMain;
 class NavObjects;
-class NavHostRelay;
 class Registry;
 class Dialogs;
 class Clock;
@@ -33,7 +33,7 @@ class FrmBoundaryDB;
 
 class NavObjectCommands : public NavHost {
 public:
-    NavObjectCommands(FrmMain& main, NavObjects& nav, NavHostRelay& relay, Registry& reg, Dialogs& dialogs,
+    NavObjectCommands(FrmMain& main, NavObjects& nav, NavHost& host, Registry& reg, Dialogs& dialogs,
                       Clock& clock, Events& events, GpsLink* gps);
     ~NavObjectCommands() override;
 
@@ -79,7 +79,7 @@ private:
     int16_t WPMode() const;
     FrmMain& main_;
     NavObjects& nav_;
-    NavHostRelay& relay_;
+    NavHost& host_;
     Registry& reg_;
     Dialogs& dialogs_;
     Clock& clock_;

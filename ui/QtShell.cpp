@@ -27,7 +27,7 @@ QtShell::~QtShell() {
 
 bool QtShell::ShowSplash() {
     if (unattended_) return false;
-    splash_ = std::make_unique<FrmSplash>(Q(plotter_->globals.ProductName), Q(plotter_->globals.VersionText));
+    splash_ = std::make_unique<FrmSplash>(Q(plotter_->globals().ProductName), Q(plotter_->globals().VersionText));
     if (QScreen* s = QGuiApplication::primaryScreen()) splash_->move(s->geometry().center() - splash_->rect().center());
     splash_->show();
     splash_->repaint();
@@ -48,9 +48,9 @@ void QtShell::CreateMainWindow(const std::string& caption) {
     main_->setWindowTitle(Q(caption));
     charts_ = std::make_unique<ChartCommands>(*main_, *plotter_);
     instruments_ = std::make_unique<InstrumentCommands>(*main_, *plotter_);
-    nav_ = std::make_unique<NavObjectCommands>(*main_, plotter_->nav, plotter_->navRelay, plotter_->registry,
-                                               plotter_->services.dialogs, plotter_->services.clock,
-                                               plotter_->services.events, &plotter_->gpsLink);
+    nav_ = std::make_unique<NavObjectCommands>(*main_, plotter_->nav(), plotter_->navHost(), plotter_->registry(),
+                                               plotter_->services().dialogs, plotter_->services().clock,
+                                               plotter_->services().events, &plotter_->gpsLink());
     // The chart's mouse goes to the tools first; the cursor read-out follows it too.
     if (ChartArea* area = charts_->Area()) {
         auto readout = area->OnMouseMove;
@@ -82,7 +82,7 @@ void QtShell::BuildMenus() {
     if (charts_) charts_->Bind();
     if (nav_) nav_->Bind();
     main_->Bind("MDeviation", [this] {
-        FrmDeviation card(main_.get(), plotter_->deviation);
+        FrmDeviation card(main_.get(), plotter_->deviation());
         card.exec();
     });
 }
@@ -114,7 +114,7 @@ int QtShell::DisplayColours() {
 
 void QtShell::ShowColourWarning() {
     if (unattended_) return;
-    FrmWarning w(main_.get(), Q(plotter_->globals.ProductName));
+    FrmWarning w(main_.get(), Q(plotter_->globals().ProductName));
     w.exec();
 }
 
@@ -141,7 +141,7 @@ void QtShell::SetInfoPanel(int panel, const std::string& text) {
 
 void QtShell::RunOptions() {
     plotter_->EndCurrentTool();
-    OptionsValues v = LoadOptions(plotter_->registry, plotter_->units);
+    OptionsValues v = LoadOptions(plotter_->registry(), plotter_->units());
     FrmOptions dlg(main_.get(), v);
     dlg.exec();
     if (dlg.Result() != "Cancel") plotter_->ApplyOptions(dlg.Values());
@@ -166,6 +166,22 @@ void QtShell::ConsoleChanged() {
 void QtShell::SetGPSMenuState(bool on) {
     if (instruments_) instruments_->SetGPSMenuState(on);
 }
+void QtShell::ChartRedrawRequested() {
+    if (charts_ && charts_->Area()) charts_->Area()->RequestRedraw();
+}
+void QtShell::ChartPainted() {
+    if (charts_ && charts_->Area()) charts_->Area()->update();
+}
+void QtShell::ChartWarningsChanged() {
+    if (charts_) charts_->WarningsChanged();
+}
+void QtShell::ChartStatusChanged() {
+    if (charts_) charts_->StatusChanged();
+}
+void QtShell::ChartErrorsChanged() {
+    if (charts_) charts_->ChartErrorsChanged();
+}
+NavHost* QtShell::NavWindows() { return nav_.get(); }
 void QtShell::SetBusyCursor(bool busy) {
     if (busy == busyCursor_) return;
     busyCursor_ = busy;

@@ -47,6 +47,12 @@ public:
     void ConsoleChanged() override;
     void SetGPSMenuState(bool on) override;
     void SetBusyCursor(bool busy) override;
+    void ChartRedrawRequested() override;
+    void ChartPainted() override;
+    void ChartWarningsChanged() override;
+    void ChartStatusChanged() override;
+    void ChartErrorsChanged() override;
+    NavHost* NavWindows() override;
 
     // The Options command: end any tool, fill the dialog, run it, save.
     void RunOptions();

@@ -400,7 +400,8 @@ int Render(Options& o, std::ostream& out, std::ostream& err) {
     Registry registry(settings, kProduct);
     Units units;
     chartlib::OmbraChartLibrary lib;
-    ChartModule charts(lib, dialogs, errors, registry, kProduct, units);
+    WindowlessChartHost host;
+    ChartModule charts(lib, dialogs, errors, registry, kProduct, units, host);
     charts.SetRoot(o.root);
     charts.View.SetViewSize(o.width, o.height);
     charts.View.PaletteMode = int16_t(o.palette);

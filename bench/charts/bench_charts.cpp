@@ -91,7 +91,8 @@ struct World {
     Registry registry{settings, product};
     Units units;
     chartlib::OmbraChartLibrary library;
-    ChartModule charts{library, dialogs, errors, registry, product, units};
+    WindowlessChartHost host;
+    ChartModule charts{library, dialogs, errors, registry, product, units, host};
     World() {
         charts.SetRoot(Chart().root);
         charts.View.SetViewSize(1920, 1080);

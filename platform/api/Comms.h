@@ -2,7 +2,7 @@
 //
 // A port is a small number (1, 2, ...) that the navigator picks in the
 // port dialogs; 0 means "no port". What stands behind a number is the port
-// table's business (platform/comms/PortTable.h): a serial device, a TCP
+// table's business (platform/comms/PortAddress.h): a serial device, a TCP
 // feed, a UDP listener or a recorded log replayed at its own pace.
 //
 // The logic polls ports from the 100 ms tick, so nothing here may block:

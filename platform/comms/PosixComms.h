@@ -31,7 +31,7 @@
 
 #include "platform/api/Comms.h"
 #include "platform/comms/LineQueue.h"
-#include "platform/comms/PortTable.h"
+#include "platform/comms/PortAddress.h"
 
 namespace ombra {
 

@@ -2,6 +2,7 @@
 // wants them in one raster, installed through the real installer, with the
 // services (scripted dialogs, memory settings) the chart modules need.
 #pragma once
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -36,6 +37,26 @@ struct FixtureChart {
 // A plan of the whole raster over 49°50'N-50°10'N, 12°20'W-11°40'W.
 FixtureChart DefaultFixture();
 
+// A chart host for tests: each call goes to the function a test sets, and
+// the redraw requests are counted.
+struct RecordingChartHost : ChartHost {
+    std::function<void()> redraw, painted, warnings, status, opened, errors;
+    std::function<void(bool)> busy;
+    std::function<double(double)> deviation;
+    int redrawRequests = 0;
+    void ChartRedrawRequested() override {
+        ++redrawRequests;
+        if (redraw) redraw();
+    }
+    void ChartPainted() override { if (painted) painted(); }
+    void ChartWarningsChanged() override { if (warnings) warnings(); }
+    void ChartStatusChanged() override { if (status) status(); }
+    void ChartBusy(bool on) override { if (busy) busy(on); }
+    void ChartOpened() override { if (opened) opened(); }
+    void ChartErrorsChanged() override { if (errors) errors(); }
+    double CompassDeviation(double magnetic) override { return deviation ? deviation(magnetic) : 0.0; }
+};
+
 // Everything the chart modules need, over a temporary chart root.
 struct ChartWorld {
     ChartWorld();
@@ -47,7 +68,8 @@ struct ChartWorld {
     Registry registry{settings, product};
     Units units;
     chartlib::OmbraChartLibrary library;
-    ChartModule charts{library, dialogs, errors, registry, product, units};
+    RecordingChartHost host;
+    ChartModule charts{library, dialogs, errors, registry, product, units, host};
 
     // Installs a fixture chart; false with the message in `why`.
     bool Install(const FixtureChart& chart, const std::string& issueDate = "20240601", std::string* why = nullptr);

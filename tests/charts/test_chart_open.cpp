@@ -85,7 +85,7 @@ TEST(NewChart, OpensWithItsStepsAndKeepsTheOldChartOnFailure) {
     EXPECT_FALSE(w.charts.Charts.ChartIsOpen());
 
     int hourglass = 0;
-    w.charts.Charts.Hourglass = [&](bool on) { hourglass += on ? 1 : -1; };
+    w.host.busy = [&](bool on) { hourglass += on ? 1 : -1; };
     ASSERT_TRUE(w.charts.Charts.NewChart("1234A"));
     EXPECT_EQ(hourglass, 0);
     EXPECT_EQ(w.registry.GetSetting(Key::LastChartNumber), "1234A   ");
@@ -157,7 +157,7 @@ TEST(Warnings, CountingByCode) {
         w.charts.View.ChartWarning(0);
         int layoutChanges = 0;
         int16_t last = 0;
-        w.charts.View.WarningsChanged = [&] {
+        w.host.warnings = [&] {
             if ((last == 0) != (w.charts.View.WarningCount() == 0)) ++layoutChanges;
             last = w.charts.View.WarningCount();
         };

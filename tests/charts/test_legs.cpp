@@ -73,7 +73,7 @@ TEST(Legs, BothEndsOnAPlanIsOnePieceWithItsLabel) {
 TEST(Legs, LabelTextsByCourseMode) {
     LegWorld w;
     ASSERT_TRUE(w.ok);
-    w.charts.Legs.Deviation = [](double mag) { return mag > 40 && mag < 60 ? 2.0 : -1.0; };
+    w.host.deviation = [](double mag) { return mag > 40 && mag < 60 ? 2.0 : -1.0; };
     struct Case {
         double course, distance;
         int16_t mode;

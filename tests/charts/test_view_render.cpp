@@ -177,15 +177,15 @@ TEST(DemoChart, LayersDrawInTheirOrderOverTheChart) {
     EXPECT_EQ(Rgb24(img.at(200, 150)), MakeRgb(1, 2, 3));   // the passage on top
     EXPECT_EQ(Rgb24(img.at(200, 140)), MakeRgb(255, 0, 255));  // the vessel over the waypoints
     EXPECT_EQ(Rgb24(img.at(170, 170)), MakeRgb(7, 7, 7));   // the waypoints over the chart
-    // Refresh ends every redraw; a redraw cannot re-enter itself.
+    // ChartPainted ends every redraw; a redraw cannot re-enter itself.
     int refreshed = 0;
-    w.charts.View.Refresh = [&] {
+    w.host.painted = [&] {
         ++refreshed;
         w.charts.View.RedrawNavCanvas(canvas);
     };
     w.charts.View.RedrawNavCanvas(canvas);
     EXPECT_EQ(refreshed, 1);
-    w.charts.View.Refresh = nullptr;
+    w.host.painted = nullptr;
     // Unregistered layers are gone; a second redraw decodes no tile anew.
     for (int id : {passage, wp, ais}) w.charts.View.UnregisterLayer(id);
     size_t cached = w.library.CachedTiles();

@@ -8,7 +8,7 @@
 
 #include "charts/DemoChart.h"
 #include "navmath/RLGC.h"
-#include "navobjects/DisplayChart.h"
+#include "plotter/DisplayChart.h"
 #include "navobjects/NavObjects.h"
 #include "platform/chartlib/ImageCanvas.h"
 #include "tests/charts/ChartFixture.h"

@@ -7,6 +7,7 @@
 
 #include "core/Format.h"
 #include "core/Val.h"
+#include "platform/chartlib/OmbraChartLibrary.h"
 #include "platform/comms/ScriptedComms.h"
 #include "platform/fake/ManualClock.h"
 #include "platform/fake/MemorySettings.h"
@@ -38,6 +39,13 @@ struct RecordingShell : Shell {
     void SetInfoPanel(int panel, const std::string& text) override { panels[panel] = text; }
     void ConsoleChanged() override { ++consoleChanges; }
     void SetGPSMenuState(bool on) override { log.push_back(on ? "gps menu on" : "gps menu off"); }
+    int redraws = 0;
+    void ChartRedrawRequested() override { ++redraws; }
+    void ChartPainted() override {}
+    void ChartWarningsChanged() override {}
+    void ChartStatusChanged() override { log.push_back("chart status"); }
+    void ChartErrorsChanged() override {}
+    NavHost* NavWindows() override { return nullptr; }
 };
 
 std::string WithChecksum(const std::string& body) {
@@ -48,6 +56,15 @@ std::string WithChecksum(const std::string& body) {
     return "$" + body + buf;
 }
 
+// The plotter's own chart engine with a count of what the plotter asks of it.
+struct CountingChartLibrary : chartlib::OmbraChartLibrary {
+    int outlines = 0;
+    bool ReadBoatOutline(const std::string& path) override {
+        ++outlines;
+        return OmbraChartLibrary::ReadBoatOutline(path);
+    }
+};
+
 struct Harness {
     test::TempDir dir;
     MemorySettings store;
@@ -56,7 +73,8 @@ struct Harness {
     NoEvents events;
     RecordingShell shell;
     ScriptedComms comms;
-    Plotter plotter{{store, dialogs, clock, events, shell, &comms}};
+    CountingChartLibrary library;
+    Plotter plotter{{store, dialogs, clock, events, shell, &comms, &library}};
     Harness() {
         store.Write("Vestrane", "Tarnel", "AutoStartupGPS", "2");  // start the GPS without asking
         store.Write("Vestrane", "Tarnel", "GPSPort", "1");
@@ -85,13 +103,13 @@ TEST(Plotter, AFixFromThePortMovesTheVesselAndGoesOutAgainAsNMEA) {
         h.Second(WithChecksum(std::string("GPGGA,") + t + ",5000.000,N,01200.000,W,1,08,0.9,5.0,M,50.0,M,,"));
         h.comms.Feed(1, WithChecksum("GPVTG,090.0,T,,M,6.0,N,11.1,K"));
     }
-    const Vessel& v = h.plotter.instruments.vessel.vessel;
+    const Vessel& v = h.plotter.instruments().vessel.vessel;
     EXPECT_TRUE(h.plotter.VesselActive());
     EXPECT_NEAR(v.Pos.Lat, 50 * 3600.0, 1e-6);
     EXPECT_NEAR(v.Pos.Long, -12 * 3600.0, 1e-6);
     EXPECT_NEAR(v.COG, 90.0, 1e-6);
     EXPECT_NEAR(v.SOG, 6.0, 1e-6);
-    EXPECT_EQ(h.plotter.instruments.console.StatusText, "RAW GPS");
+    EXPECT_EQ(h.plotter.instruments().console.StatusText, "RAW GPS");
     EXPECT_GT(h.shell.consoleChanges, 0);
     // The burst went out on the GPS port, every two seconds at most.
     std::string out = h.comms.Written(1);
@@ -107,9 +125,9 @@ TEST(Plotter, SilenceAfterAFixLosesTheGPSAndTheExitSequenceClosesThePort) {
     Harness h;
     ASSERT_TRUE(h.Start());
     h.Second(WithChecksum("GPGGA,100000,5000.000,N,01200.000,W,1,08,0.9,5.0,M,50.0,M,,"));
-    ASSERT_EQ(h.plotter.instruments.console.StatusText, "RAW GPS");
+    ASSERT_EQ(h.plotter.instruments().console.StatusText, "RAW GPS");
     for (int s = 0; s < 25; ++s) h.Second("");  // GPSDelay is 20 s
-    EXPECT_NE(h.plotter.instruments.console.StatusText, "RAW GPS");
+    EXPECT_NE(h.plotter.instruments().console.StatusText, "RAW GPS");
     EXPECT_TRUE(h.plotter.VesselActive());  // lost GPS dead-reckons on
     h.plotter.Close(0, 0, 0, 800, 600);
     EXPECT_EQ(h.comms.opened.count(1), 0u);
@@ -119,19 +137,30 @@ TEST(Plotter, SilenceAfterAFixLosesTheGPSAndTheExitSequenceClosesThePort) {
 TEST(Plotter, CompassCoursesOnTheConsoleTakeVariationAndTheDeviationCard) {
     Harness h;
     ASSERT_TRUE(h.Start());
-    h.plotter.magVar.SetDatPath(test::SourcePath("data/install/dat"));
+    h.plotter.magVar().SetDatPath(test::SourcePath("data/install/dat"));
     h.Second(WithChecksum("GPGGA,100000,5000.000,N,01200.000,W,1,08,0.9,5.0,M,50.0,M,,"));
     h.comms.Feed(1, WithChecksum("GPVTG,090.0,T,,M,6.0,N,11.1,K"));
     h.Second(WithChecksum("GPGGA,100001,5000.000,N,01200.000,W,1,08,0.9,5.0,M,50.0,M,,"));
-    ASSERT_NEAR(h.plotter.instruments.vessel.vessel.COG, 90.0, 1e-9);
-    float var = h.plotter.magVar.MagneticVariation(h.plotter.instruments.vessel.vessel.Pos);
+    ASSERT_NEAR(h.plotter.instruments().vessel.vessel.COG, 90.0, 1e-9);
+    float var = h.plotter.magVar().MagneticVariation(h.plotter.instruments().vessel.vessel.Pos);
     EXPECT_LT(var, -1.0f);  // west of Ireland the variation is a few degrees west
-    h.plotter.deviation.DeviationTable.fill(2.5f);
+    h.plotter.deviation().DeviationTable.fill(2.5f);
     struct Case { int16_t unit; double want; const char* mark; } cases[] = {
         {0, 90.0, "°T"}, {1, 90.0 - var, "°M"}, {2, 90.0 - var + 2.5, "°C"}};
     for (auto& c : cases) {
-        h.plotter.units.AngleUnit = c.unit;
-        h.plotter.instruments.vessel.UpdateVesselConsole();
-        EXPECT_EQ(h.plotter.instruments.console.LabVessel[4], Format(c.want, "000.0") + " " + c.mark) << c.unit;
+        h.plotter.units().AngleUnit = c.unit;
+        h.plotter.instruments().vessel.UpdateVesselConsole();
+        EXPECT_EQ(h.plotter.instruments().console.LabVessel[4], Format(c.want, "000.0") + " " + c.mark) << c.unit;
     }
+}
+
+TEST(Plotter, TheChartEngineItIsGivenAndTheWindowHearOfTheVessel) {
+    Harness h;
+    ASSERT_TRUE(h.Start());
+    // Start-up read the vessel outline through the engine it was given.
+    EXPECT_EQ(h.library.outlines, 1);
+    // A fix redraws the vessel: the chart host passes the request to the window.
+    int before = h.shell.redraws;
+    h.Second(WithChecksum("GPGGA,100000,5000.000,N,01200.000,W,1,08,0.9,5.0,M,50.0,M,,"));
+    EXPECT_GT(h.shell.redraws, before);
 }

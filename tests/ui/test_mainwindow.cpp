@@ -101,21 +101,21 @@ TEST(FrmMain, ClosingStoresThePlacementAndRunsTheExitSequence) {
     m->showNormal();
     m->setGeometry(40, 50, 900, 700);
     m->close();
-    EXPECT_TRUE(w.plotter.exited);
+    EXPECT_TRUE(w.plotter.Exited());
     EXPECT_TRUE(w.shell.Ended());
     EXPECT_FALSE(m->MainTimer.isActive());
-    EXPECT_EQ(w.plotter.registry.GetSetting(Key::WindowState), "0");
-    EXPECT_EQ(w.plotter.registry.GetSetting(Key::WindowWidth), "900");
-    EXPECT_EQ(w.plotter.registry.GetSetting(Key::WindowHeight), "700");
+    EXPECT_EQ(w.plotter.registry().GetSetting(Key::WindowState), "0");
+    EXPECT_EQ(w.plotter.registry().GetSetting(Key::WindowWidth), "900");
+    EXPECT_EQ(w.plotter.registry().GetSetting(Key::WindowHeight), "700");
 }
 
 TEST(FrmMain, MaximisedKeepsOnlyItsStateAndMinimisedNothing) {
     Window w;
     ASSERT_TRUE(w.Start());
-    w.plotter.registry.SaveSetting(Key::WindowWidth, "640");
+    w.plotter.registry().SaveSetting(Key::WindowWidth, "640");
     w.plotter.Close(2, 0, 0, 1920, 1080);
-    EXPECT_EQ(w.plotter.registry.GetSetting(Key::WindowState), "2");
-    EXPECT_EQ(w.plotter.registry.GetSetting(Key::WindowWidth), "640");
+    EXPECT_EQ(w.plotter.registry().GetSetting(Key::WindowState), "2");
+    EXPECT_EQ(w.plotter.registry().GetSetting(Key::WindowWidth), "640");
     Window v;
     ASSERT_TRUE(v.Start());
     int writes = v.store.writes;

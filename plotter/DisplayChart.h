@@ -1,5 +1,6 @@
 // DisplayChart: the chart view of the charts module (Display, LegDrawing,
-// Chart) as the navigation objects see it (NavChart).
+// Chart) as the navigation objects see it (NavChart). It lives in the
+// plotter because it joins two modules that know nothing of each other.
 //
 // Plans are the panels; a NavPoint is prepared by Display::LocatePosition;
 // view pixels come from Display::ChartToScreen, and a nautical mile in view
@@ -27,8 +28,6 @@ public:
 
     // The "Route &Icons" menu: Force Off hides the symbols of route points.
     bool routeIconsOff = false;
-    // Called for a redraw; defaults to Display::RedrawRequested.
-    std::function<void()> redraw;
 
     bool ChartOpen() override { return state_.IsOpen(); }
     void PrepareNavPoint(NavPoint& p) override;

@@ -1,4 +1,4 @@
-#include "navobjects/DisplayChart.h"
+#include "plotter/DisplayChart.h"
 
 namespace ombra {
 
@@ -41,8 +41,7 @@ void DisplayChart::CentreOn(const LatLong& wgs84) {
 }
 
 void DisplayChart::Redraw() {
-    if (redraw) redraw();
-    else if (display_.RedrawRequested) display_.RedrawRequested();
+    display_.RequestRedraw();
 }
 
 }  // namespace ombra

@@ -1,8 +1,9 @@
-// The port table: what stands behind each port number.
+// Port addresses: what stands behind each port number.
 //
 // The navigator picks ports by number, as on the chart table's old PCs
 // (COM1, COM2 ...). Each number maps to one device text, kept in the
-// settings store under ComPort1..ComPort8 and editable in the port dialogs:
+// settings store under ComPort1..ComPort8 and editable in the port dialogs
+// (the plotter's PortTable keeps them):
 //
 //   /dev/ttyUSB0                 a serial device (any absolute path to a
 //                                terminal, a socat link in /tmp included):
@@ -26,8 +27,6 @@
 
 namespace ombra {
 
-class Registry;
-
 struct PortAddress {
     enum class Kind { None, Serial, Tcp, Udp, File };
     Kind kind = Kind::None;
@@ -47,21 +46,6 @@ public:
     virtual ~PortDirectory() = default;
     virtual std::string DeviceOf(int16_t port) = 0;  // "" for an unknown number
     virtual std::string BaseFolder() = 0;
-};
-
-// The table over the settings store.
-class PortTable : public PortDirectory {
-public:
-    static constexpr int16_t Count = 8;
-    PortTable(Registry& reg, std::string baseFolder) : reg_(reg), base_(std::move(baseFolder)) {}
-    std::string DeviceOf(int16_t port) override;
-    void SetDevice(int16_t port, std::string_view device);
-    std::string BaseFolder() override { return base_; }
-    void SetBaseFolder(std::string folder) { base_ = std::move(folder); }
-
-private:
-    Registry& reg_;
-    std::string base_;
 };
 
 }  // namespace ombra

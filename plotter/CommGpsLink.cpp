@@ -1,4 +1,4 @@
-#include "navobjects/CommGpsLink.h"
+#include "plotter/CommGpsLink.h"
 
 #include "instruments/NmeaText.h"
 #include "platform/api/Comms.h"

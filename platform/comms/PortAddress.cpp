@@ -1,9 +1,8 @@
-#include "platform/comms/PortTable.h"
+#include "platform/comms/PortAddress.h"
 
 #include <cstdlib>
 
 #include "core/Paths.h"
-#include "core/Registry.h"
 #include "core/Val.h"
 
 namespace ombra {
@@ -69,18 +68,6 @@ PortAddress ParsePortAddress(std::string_view raw, std::string_view baseFolder) 
         s.path = text;
     }
     return s;
-}
-
-static Key PortKey(int16_t port) { return Key(int16_t(Key::ComPort1) + port - 1); }
-
-std::string PortTable::DeviceOf(int16_t port) {
-    if (port < 1 || port > Count) return "";
-    return reg_.GetSetting(PortKey(port));
-}
-
-void PortTable::SetDevice(int16_t port, std::string_view device) {
-    if (port < 1 || port > Count) return;
-    reg_.SaveSetting(PortKey(port), Trim(device));
 }
 
 }  // namespace ombra
