@@ -19,7 +19,7 @@
 #include "core/Startup.h"
 #include "core/Units.h"
 #include "navmath/Deviation.h"
-#include "navmath/MagVar.h"
+#include "plotter/VariationSource.h"
 #include "instruments/Instruments.h"
 #include "charts/ChartModule.h"
 #include "charts/VesselView.h"
@@ -124,7 +124,7 @@ public:
     Units units;
     MainLoop loop;
     Startup startup;
-    MagVar magVar;
+    VariationSource magVar;
     Deviation deviation;
     PortTable portTable;
     std::unique_ptr<PosixComms> posixComms;
