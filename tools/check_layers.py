@@ -3,8 +3,9 @@
 
 Ombra's folders stand on floors, low to high (see docs/architecture.md).
 A file may include headers of its own floor and of the floors below it,
-never of a floor above. Only ui/, platform/qt/ and the program itself
-(app/ombra/) may include Qt. tests/, bench/ and fuzz/ may include anything.
+never of a floor above. navmath/, pure mathematics, includes only core/ and
+itself. Only ui/, platform/qt/ and the program itself (app/ombra/) may
+include Qt. tests/, bench/ and fuzz/ may include anything.
 
     python3 tools/check_layers.py [ROOT]
 
@@ -36,6 +37,11 @@ FLOORS: list[tuple[str, ...]] = [
 # Folders whose files may include anything, and folders holding no code.
 FREE = ("tests", "bench", "fuzz")
 SKIP = ("build", "data", "docs", "tools", ".git", ".ci")
+
+# Floors narrower than the rule: navmath/ is pure mathematics over core/, so
+# it reaches no platform interface (no clock, no dialogs, no canvas) even
+# though platform/api stands below it.
+ONLY_FROM = {"navmath": ("core", "navmath")}
 
 # Folders that may include Qt headers.
 QT_ALLOWED = ("ui", "platform/qt", "app/ombra")
@@ -115,6 +121,11 @@ def check(root: Path) -> list[str]:
                               f" (floor {own[0]} {floor_name(own[0])})")
                 continue
             theirs = floor_of(name)
+            narrow = ONLY_FROM.get(own[1])
+            if narrow and theirs and theirs[0] <= own[0] and not any(_under(name, n) for n in narrow):
+                faults.append(f'{rel}:{number}: includes "{target}"; {own[1]}/ includes only '
+                              + ", ".join(n + "/" for n in narrow))
+                continue
             if theirs is None:
                 faults.append(f'{rel}:{number}: includes "{target}", which stands on no floor')
             elif theirs[0] > own[0]:

@@ -26,6 +26,8 @@ CASES = [
     ("charts/Chart.cpp", "#include <QtCore/QDir>\n", 1, "includes Qt <QtCore/QDir>"),
     ("misc/Extra.cpp", '#include "core/Val.h"\n', 1, "misc/Extra.cpp:1: a source file outside every floor"),
     ("core/Tables.cpp", '#include "data/table.inc"\n', 1, 'core/Tables.cpp:1: includes "data/table.inc", which stands on no floor'),
+    ("navmath/MagVar.cpp", '#include "core/Val.h"\n#include "platform/api/Clock.h"\n', 1,
+     'navmath/MagVar.cpp:2: includes "platform/api/Clock.h"; navmath/ includes only core/, navmath/'),
     # What is allowed.
     ("ui/FrmMain.cpp", '#include <QDialog>\n#include "plotter/Plotter.h"\n#include "core/Val.h"\n', 0, ""),
     ("platform/qt/QtServices.cpp", '#include <QPainter>\n#include "platform/fake/ScriptedDialogs.h"\n', 0, ""),
@@ -43,7 +45,7 @@ CASES = [
 # Headers the cases name, so that includes resolve as in the real tree.
 HEADERS = ["core/Types.h", "core/Val.h", "core/RegistryKeys.def", "charts/Chart.h", "navmath/RLGC.h",
            "navobjects/Routes.h", "ui/FrmMain.h", "instruments/Comm.h", "instruments/Vessel.h",
-           "platform/api/Geo.h", "platform/fake/ScriptedDialogs.h", "plotter/Plotter.h",
+           "platform/api/Geo.h", "platform/api/Clock.h", "platform/fake/ScriptedDialogs.h", "plotter/Plotter.h",
            "tests/support/TestSupport.h", "app/cli/CliCommand.h", "data/table.inc"]
 
 
