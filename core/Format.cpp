@@ -137,31 +137,6 @@ std::string Two(int v) {
     return b;
 }
 
-// Days from 1/1/1970 (civil calendar), after Howard Hinnant's algorithm.
-long long DaysFromCivil(int y, int m, int d) {
-    y -= m <= 2;
-    const long long era = (y >= 0 ? y : y - 399) / 400;
-    const unsigned yoe = unsigned(y - era * 400);
-    const unsigned doy = unsigned((153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1);
-    const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    return era * 146097 + (long long)doe - 719468;
-}
-
-void CivilFromDays(long long z, int& y, int& m, int& d) {
-    z += 719468;
-    const long long era = (z >= 0 ? z : z - 146096) / 146097;
-    const unsigned doe = unsigned(z - era * 146097);
-    const unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
-    const long long yy = (long long)yoe + era * 400;
-    const unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
-    const unsigned mp = (5 * doy + 2) / 153;
-    d = int(doy - (153 * mp + 2) / 5 + 1);
-    m = int(mp < 10 ? mp + 3 : mp - 9);
-    y = int(yy + (m <= 2));
-}
-
-const long long kSerialEpoch = DaysFromCivil(1899, 12, 30);
-
 }  // namespace
 
 std::string Format(double value, std::string_view picture) {
@@ -180,33 +155,6 @@ std::string Format(double value, std::string_view picture) {
         return b;
     }
     return FormatSection(value, pos, true);
-}
-
-double DateTime::Serial() const {
-    double days = double(DaysFromCivil(year, month, day) - kSerialEpoch);
-    double frac = SecondsOfDay() / 86400.0;
-    // The serial form of a date before the epoch keeps its time positive.
-    return days >= 0 ? days + frac : days - frac;
-}
-
-DateTime DateTime::FromSerial(double serial) {
-    double whole = std::trunc(serial);
-    double frac = std::fabs(serial - whole);
-    long long ms = std::llround(frac * 86400000.0);
-    if (ms >= 86400000LL) { ms -= 86400000LL; whole += serial >= 0 ? 1 : -1; }
-    DateTime t;
-    CivilFromDays((long long)whole + kSerialEpoch, t.year, t.month, t.day);
-    t.hour = int(ms / 3600000);
-    t.minute = int(ms / 60000 % 60);
-    t.second = int(ms / 1000 % 60);
-    t.millisecond = int(ms % 1000);
-    return t;
-}
-
-int DateTime::DayOfWeek() const {
-    long long d = DaysFromCivil(year, month, day);  // 1/1/1970 was a Thursday
-    int w = int(((d % 7) + 7 + 4) % 7);           // 0 Sunday
-    return w + 1;
 }
 
 bool IsValidDate(int year, int month, int day) {

@@ -15,8 +15,8 @@
 //   Format(3.0, "##0.00")   == "3.00"
 //   Format(-0.001, "0.00")  == "0.00"     (no negative zero is shown)
 //
-// Dates are plain fields (no time zone: the ship's clock is what the user
-// set). Named formats follow British conventions:
+// Dates are DateTime values (platform/api/DateTime.h): plain fields, no time
+// zone, the ship's clock is what the user set. Named formats follow British conventions:
 //   "Short Date"  23/11/2026        "Short Time"  14:05
 //   "Medium Date" 23-Nov-26         "Medium Time" 02:05 PM
 //   "Long Date"   23 November 2026  "Long Time"   14:05:09
@@ -28,24 +28,11 @@
 #include <string>
 #include <string_view>
 
+#include "platform/api/DateTime.h"  // DateTime, the clock's value type
+
 namespace ombra {
 
 std::string Format(double value, std::string_view picture);
-
-struct DateTime {
-    int year = 1899, month = 12, day = 30;
-    int hour = 0, minute = 0, second = 0;
-    int millisecond = 0;
-
-    // Days since 30/12/1899 with the time of day as the fraction, the serial
-    // form that spans and arrival times are computed in.
-    double Serial() const;
-    static DateTime FromSerial(double serial);
-    // Seconds since midnight, the clock of every age and cadence.
-    double SecondsOfDay() const { return hour * 3600.0 + minute * 60.0 + second + millisecond / 1000.0; }
-    int DayOfWeek() const;  // 1 Sunday .. 7 Saturday
-    friend bool operator==(const DateTime&, const DateTime&) = default;
-};
 
 bool IsValidDate(int year, int month, int day);
 

@@ -10,8 +10,6 @@
 #include "core/Paths.h"
 #include "core/Val.h"
 #include "navmath/RLGC.h"
-#include "platform/api/Clock.h"
-#include "platform/api/Dialogs.h"
 
 namespace ombra {
 
@@ -216,8 +214,15 @@ double Declination(const MagModel& model, double latitude, double longitude) {
     return std::atan2(Y, north) * kRadToDeg;
 }
 
-MagVar::MagVar(std::string datPath, Clock& clock, Dialogs& dialogs)
-    : datPath_(std::move(datPath)), clock_(clock), dialogs_(dialogs) {}
+const char* MagVarErrorText(MagVarError error) {
+    switch (error) {
+        case MagVarError::CannotReadCoefficients: return "Error reading coefficients file.";
+        case MagVarError::None: break;
+    }
+    return "";
+}
+
+MagVar::MagVar(std::string datPath) : datPath_(std::move(datPath)) {}
 
 void MagVar::SetDatPath(std::string datPath) {
     datPath_ = std::move(datPath);
@@ -290,7 +295,8 @@ int MagVar::LoadModel(double year, MagModel& result, std::string* failedFile) co
     return coefficients::Ok;
 }
 
-const MagModel* MagVar::ModelFor(double year) {
+const MagModel* MagVar::ModelFor(double year, MagVarError* error) {
+    if (error) *error = MagVarError::None;
     if (haveCache_ && (cachedYear_ == year || (std::isnan(year) && std::isnan(cachedYear_))))
         return cachedFailed_ ? nullptr : &*cached_;
     MagModel model;
@@ -301,21 +307,17 @@ const MagModel* MagVar::ModelFor(double year) {
     cachedFailed_ = e != coefficients::Ok;
     if (cachedFailed_) {
         cached_.reset();
-        dialogs_.MsgBox("Error reading coefficients file.", mb::OKOnly | mb::Exclamation, "Magnetic Variation");
+        if (error) *error = MagVarError::CannotReadCoefficients;
         return nullptr;
     }
     cached_ = model;
     return &*cached_;
 }
 
-double MagVar::DeclinationForYear(const LatLong& position, double year) {
-    const MagModel* model = ModelFor(year);
+double MagVar::DeclinationForYear(const LatLong& position, double year, MagVarError* error) {
+    const MagModel* model = ModelFor(year, error);
     if (!model || !std::isfinite(position.Lat) || !std::isfinite(position.Long)) return 0.0;
     return Declination(*model, position.Lat / 3600.0 * kDegToRad, position.Long / 3600.0 * kDegToRad);
-}
-
-void MagVar::MagneticVariation(const LatLong& position, float& result) {
-    result = VariationForYear(position, double(clock_.Now().year));
 }
 
 }  // namespace ombra

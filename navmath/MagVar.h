@@ -27,12 +27,14 @@
 // the geodetic north. At the geographic poles the direction of north is
 // undefined; the value there is a limit taken a hair off the pole.
 //
-// Caching. MagneticVariation takes the whole year of the clock ("yyyy":
-// two dates of one year give the same value), and the model of that year is
-// read once and kept, so a call costs one synthesis (well under a
-// microsecond for degree 13). A model that cannot be read is reported once
-// with "Error reading coefficients file." titled "Magnetic Variation", and
-// the variation is 0 until another year is asked for.
+// Caching and errors. The caller gives the year (the plotter takes the whole
+// year of its clock, "yyyy", so two dates of one year give the same value),
+// and the model of that year is read once and kept, so a call costs one
+// synthesis (well under a microsecond for degree 13). A model that cannot be
+// read gives a variation of 0 until another year is asked for, and its error
+// (MagVarError::CannotReadCoefficients) is returned by the one call that
+// tried the files: the caller that shows it shows it once a year. The text
+// and title the plotter shows are MagVarErrorText and kMagVarErrorTitle.
 //
 // Worked example (the IGRF-14 check value): at 53.16°S 70.91°W in 1950.0,
 //   magVar.VariationForYear(LatLong{-70.91 * 3600, -53.16 * 3600}, 1950.0)  // 17.16 (east)
@@ -46,9 +48,6 @@
 #include "core/Types.h"
 
 namespace ombra {
-
-class Clock;
-class Dialogs;
 
 // Room for the coefficients of degree 15: 135 g and 120 h.
 constexpr int kCoefficientG = 144;
@@ -82,6 +81,16 @@ int ReadCoefficients(const std::string& fileName, int16_t& maxDegree, int16_t& y
 int ParseCoefficients(std::string_view text, int16_t& maxDegree, int16_t& year, CoefficientsG& gArray,
                       CoefficientsH& hArray, float* radius = nullptr);
 
+// What a variation call can go wrong with.
+enum class MagVarError {
+    None = 0,
+    CannotReadCoefficients,  // a coefficient file of the year is missing or damaged
+};
+// "Error reading coefficients file." for CannotReadCoefficients, "" for None.
+const char* MagVarErrorText(MagVarError error);
+// The title of the message that shows an error.
+inline constexpr const char* kMagVarErrorTitle = "Magnetic Variation";
+
 // A field model for one moment.
 struct MagModel {
     int16_t maxDegree = 0;
@@ -103,9 +112,8 @@ public:
     static constexpr double kForecastYears = 5.0;  // the secular variation's reach after kLastEpoch
 
     // `datPath`: the folder of the coefficient files, in the program's form
-    // ("...\dat\") or native. `clock` gives the year; `dialogs` shows the
-    // message of a bad file.
-    MagVar(std::string datPath, Clock& clock, Dialogs& dialogs);
+    // ("...\dat\") or native.
+    explicit MagVar(std::string datPath);
     // Points at another folder (once the start-up has fixed AppDatPath);
     // the cached model is dropped.
     void SetDatPath(std::string datPath);
@@ -121,21 +129,19 @@ public:
     // no cache: the plain loader.
     int LoadModel(double year, MagModel& result, std::string* failedFile = nullptr) const;
 
-    // The variation at `position` for the clock's present year.
-    void MagneticVariation(const LatLong& position, float& result);
-    float MagneticVariation(const LatLong& position) {
-        float v = 0.0f;
-        MagneticVariation(position, v);
-        return v;
+    // The variation at `position` for a (possibly fractional) year, cached
+    // per year. 0 when the year's model cannot be read; `error`, when given,
+    // is set to the error of the call that read the files and failed, and to
+    // None on every other call (a year already known bad stays quiet).
+    float VariationForYear(const LatLong& position, double year, MagVarError* error = nullptr) {
+        return float(DeclinationForYear(position, year, error));
     }
-    // The variation for a given (possibly fractional) year, cached per year.
-    float VariationForYear(const LatLong& position, double year) { return float(DeclinationForYear(position, year)); }
     // The same before it is narrowed to the 32-bit float the plotter keeps.
-    double DeclinationForYear(const LatLong& position, double year);
+    double DeclinationForYear(const LatLong& position, double year, MagVarError* error = nullptr);
 
     // The cached model for `year`, loading it if needed; nullptr when its
-    // files cannot be read (the message is shown on the first failure).
-    const MagModel* ModelFor(double year);
+    // files cannot be read (`error` as for VariationForYear).
+    const MagModel* ModelFor(double year, MagVarError* error = nullptr);
     // How many times files were read: one per year asked, once.
     int Loads() const { return loads_; }
 
@@ -143,8 +149,6 @@ private:
     std::string FilePath(const std::string& name) const;
 
     std::string datPath_;
-    Clock& clock_;
-    Dialogs& dialogs_;
     std::optional<MagModel> cached_;
     double cachedYear_ = 0.0;
     bool cachedFailed_ = false;

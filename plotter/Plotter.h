@@ -15,29 +15,29 @@
 #include <string>
 
 #include "core/ErrorReport.h"
-#include "core/Options.h"
 #include "core/MainLoop.h"
+#include "core/Options.h"
 #include "core/Registry.h"
 #include "core/Startup.h"
 #include "core/Units.h"
 #include "navmath/Deviation.h"
-#include "navmath/MagVar.h"
+#include "platform/api/ChartLibrary.h"
+#include "platform/api/Clock.h"
+#include "platform/api/Comms.h"
+#include "platform/api/Dialogs.h"
+#include "platform/api/SettingsBackend.h"
+#include "platform/ais/AisDecoder.h"
+#include "platform/comms/PosixComms.h"
+#include "instruments/InstrumentDialogs.h"
 #include "instruments/Instruments.h"
 #include "charts/ChartModule.h"
 #include "charts/VesselView.h"
-#include "instruments/InstrumentDialogs.h"
-#include "platform/api/ChartLibrary.h"
 #include "navobjects/NavObjects.h"
-#include "platform/ais/AisDecoder.h"
-#include "platform/api/Comms.h"
 #include "plotter/CommGpsLink.h"
 #include "plotter/DisplayChart.h"
 #include "plotter/PortTable.h"
-#include "platform/comms/PosixComms.h"
 #include "plotter/Shell.h"
-#include "platform/api/Clock.h"
-#include "platform/api/Dialogs.h"
-#include "platform/api/SettingsBackend.h"
+#include "plotter/VariationSource.h"
 
 namespace ombra {
 
@@ -179,7 +179,7 @@ public:
     Registry& registry() { return registry_; }
     ErrorReporter& errors() { return errors_; }
     Units& units() { return units_; }
-    MagVar& magVar() { return magVar_; }
+    VariationSource& magVar() { return magVar_; }
     Deviation& deviation() { return deviation_; }
     ChartModule& charts() { return charts_; }
     Instruments& instruments() { return instruments_; }
@@ -271,7 +271,7 @@ private:
     Units units_;
     MainLoop loop_;
     Startup startup_;
-    MagVar magVar_;
+    VariationSource magVar_;
     Deviation deviation_;
     PortTable portTable_;
     std::unique_ptr<PosixComms> posixComms_;

@@ -16,7 +16,7 @@
 #include <QPushButton>
 #include <QToolButton>
 
-#include "navmath/Deviation.h"
+#include "charts/DeviationCurve.h"
 
 namespace ombra {
 

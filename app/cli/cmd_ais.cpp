@@ -13,6 +13,7 @@
 #include <string>
 
 #include "app/cli/CliCommand.h"
+#include "core/Format.h"
 #include "platform/ais/AisDecoder.h"
 #include "platform/ais/AisJson.h"
 #include "platform/fake/ManualClock.h"

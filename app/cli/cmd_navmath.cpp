@@ -23,8 +23,6 @@
 #include "core/Val.h"
 #include "navmath/MagVar.h"
 #include "navmath/RLGC.h"
-#include "platform/api/Clock.h"
-#include "platform/api/Dialogs.h"
 
 namespace ombra::cli {
 namespace {
@@ -95,34 +93,6 @@ int RunDeadReckon(const CliArgs& a, std::ostream& out, std::ostream& err) {
     return 0;
 }
 
-// Messages of the variation model go to stderr; every question is answered
-// with its default.
-class StderrDialogs : public Dialogs {
-public:
-    explicit StderrDialogs(std::ostream& err) : err_(err) {}
-    int MsgBox(const std::string& text, int, const std::string& title) override {
-        err_ << "ombra-cli: " << title << ": " << text << "\n";
-        ++shown;
-        return mb::OK;
-    }
-    bool InputBox(const std::string&, const std::string&, std::string&) override { return false; }
-    int PickFromList(const std::string&, const std::vector<std::string>&, int) override { return -1; }
-    std::string OpenFileName(const std::string&, const std::string&, const std::string&) override { return {}; }
-    std::string SaveFileName(const std::string&, const std::string&, const std::string&) override { return {}; }
-    std::string FolderName(const std::string&, const std::string&) override { return {}; }
-    int shown = 0;
-
-private:
-    std::ostream& err_;
-};
-
-// The command asks the model for a given year, never for "now".
-class NoClock : public Clock {
-public:
-    DateTime Now() override { return DateTime{2026, 1, 1}; }
-    void Sleep(int) override {}
-};
-
 // The coefficient folder: --dat, else the program's install folder
 // ($OMBRA_HOME or ~/.local/share/Vestrane, its "dat" folder), else the
 // shipped files of a build inside the source tree.
@@ -162,11 +132,11 @@ int RunMagVar(const CliArgs& args, std::ostream& out, std::ostream& err) {
     if (!ParseRanged(a[2], "year", MagVar::kFirstEpoch, MagVar::kLastEpoch + MagVar::kForecastYears, year, err))
         return kUsageError;
     if (dat.empty()) dat = FindDatFolder();
-    StderrDialogs dialogs(err);
-    NoClock clock;
-    MagVar magVar(dat, clock, dialogs);
-    const double v = magVar.DeclinationForYear(pos, year);
-    if (dialogs.shown > 0) {
+    MagVar magVar(dat);
+    MagVarError error = MagVarError::None;
+    const double v = magVar.DeclinationForYear(pos, year, &error);
+    if (error != MagVarError::None) {
+        err << "ombra-cli: " << kMagVarErrorTitle << ": " << MagVarErrorText(error) << "\n";
         err << "ombra-cli: coefficient folder: " << dat << "\n";
         return 1;
     }

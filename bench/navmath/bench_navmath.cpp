@@ -12,7 +12,6 @@
 #include "navmath/MagVar.h"
 #include "navmath/RLGC.h"
 #include "platform/fake/ManualClock.h"
-#include "platform/fake/ScriptedDialogs.h"
 
 using namespace ombra;
 
@@ -31,21 +30,19 @@ std::vector<LatLong> Positions(int n) {
 
 void BM_MagneticVariationCached(benchmark::State& state) {
     ManualClock clock;
-    ScriptedDialogs dialogs;
-    MagVar mv(OMBRA_SOURCE_DIR "/data/install/dat", clock, dialogs);
+    MagVar mv(OMBRA_SOURCE_DIR "/data/install/dat");
+    const double year = clock.Now().year;
     const auto pos = Positions(1024);
-    if (mv.MagneticVariation(pos[0]) == 0.0f) state.SkipWithError("coefficient files not found");
+    if (mv.VariationForYear(pos[0], year) == 0.0f) state.SkipWithError("coefficient files not found");
     size_t i = 0;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(mv.MagneticVariation(pos[i++ & 1023]));
+        benchmark::DoNotOptimize(mv.VariationForYear(pos[i++ & 1023], double(clock.Now().year)));
     }
 }
 BENCHMARK(BM_MagneticVariationCached);
 
 void BM_LoadModel(benchmark::State& state) {
-    ManualClock clock;
-    ScriptedDialogs dialogs;
-    MagVar mv(OMBRA_SOURCE_DIR "/data/install/dat", clock, dialogs);
+    MagVar mv(OMBRA_SOURCE_DIR "/data/install/dat");
     MagModel m;
     for (auto _ : state) benchmark::DoNotOptimize(mv.LoadModel(2017.0, m));
 }

@@ -90,9 +90,10 @@ public:
 
 class VariationHost : public NavHost {
 public:
-    explicit VariationHost(MagVar& m) : magVar(m) {}
-    float Variation(const LatLong& p) override { return magVar.MagneticVariation(p); }
+    VariationHost(MagVar& m, Clock& c) : magVar(m), clock(c) {}
+    float Variation(const LatLong& p) override { return magVar.VariationForYear(p, double(clock.Now().year)); }
     MagVar& magVar;
+    Clock& clock;
 };
 
 struct World {
@@ -106,8 +107,8 @@ struct World {
     ErrorReporter errors{dialogs, globals.ProductName};
     Units units;
     PlainChart chart;
-    MagVar magVar{std::string(OMBRA_SOURCE_DIR) + "/data/install/dat/", clock, dialogs};
-    VariationHost host{magVar};
+    MagVar magVar{std::string(OMBRA_SOURCE_DIR) + "/data/install/dat/"};
+    VariationHost host{magVar, clock};
     NavContext ctx{reg, dialogs, errors, units, clock, events, chart, host, globals};
     ActiveLeg leg;
     NavObjects nav{ctx, leg};

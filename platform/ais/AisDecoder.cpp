@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "core/Format.h"
+
 namespace ombra {
 
 namespace {

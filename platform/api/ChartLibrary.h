@@ -38,7 +38,7 @@
 #include <string>
 #include <vector>
 
-#include "core/Types.h"
+#include "platform/api/Geo.h"
 
 namespace ombra {
 

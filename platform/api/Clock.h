@@ -2,7 +2,7 @@
 // has it. Ages and cadences use seconds since midnight, which wrap to 0 at
 // midnight; every user of it takes differences with care for that.
 #pragma once
-#include "core/Format.h"
+#include "platform/api/DateTime.h"
 
 namespace ombra {
 

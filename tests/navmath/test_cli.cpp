@@ -9,8 +9,6 @@
 
 #include "navmath/MagVar.h"
 #include "navmath/RLGC.h"
-#include "platform/fake/ManualClock.h"
-#include "platform/fake/ScriptedDialogs.h"
 #include "tests/support/TestSupport.h"
 
 using namespace ombra;
@@ -72,9 +70,7 @@ TEST(NavmathCli, DeadReckonAndMagVarPrintTheLibraryAnswers) {
     ASSERT_EQ(Numbers(mv.out).size(), 1u);
     EXPECT_NEAR(Numbers(mv.out)[0], 17.16, 0.005);
     // Nine decimals of the library's own value, not of its 32-bit copy.
-    ManualClock clock;
-    ScriptedDialogs dialogs;
-    MagVar lib(kDat, clock, dialogs);
+    MagVar lib(kDat);
     auto solent = test::Run({test::CliPath(), "magvar", "--dat", kDat, "50.8", "-1.3", "2027.25"});
     ASSERT_EQ(Numbers(solent.out).size(), 1u);
     EXPECT_NEAR(Numbers(solent.out)[0], lib.DeclinationForYear(LatLong{-1.3 * 3600, 50.8 * 3600}, 2027.25), 1e-9);

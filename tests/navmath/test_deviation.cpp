@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "core/ErrorReport.h"
+#include "charts/DeviationCurve.h"
 #include "navmath/Deviation.h"
 #include "platform/fake/RecordingCanvas.h"
 #include "platform/fake/ScriptedDialogs.h"

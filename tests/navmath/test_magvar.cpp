@@ -16,6 +16,7 @@
 #include "navmath/RLGC.h"
 #include "platform/fake/ManualClock.h"
 #include "platform/fake/ScriptedDialogs.h"
+#include "plotter/VariationSource.h"
 #include "tests/support/TestSupport.h"
 
 using namespace ombra;
@@ -96,7 +97,7 @@ struct DatCopy {
 struct Shipped {
     ManualClock clock;
     ScriptedDialogs dialogs;
-    MagVar mv{kShipped, clock, dialogs};
+    VariationSource mv{kShipped, clock, dialogs};
 };
 
 }  // namespace
@@ -140,7 +141,7 @@ TEST(MagVarSynthesis, OfficialCheckValueAndGeographicLibSphericalHarmonics) {
     EXPECT_EQ(Format(s.mv.VariationForYear(Degrees(-53.16, -70.91), 1950.0), "0.00"), "17.16");
     for (double year : {1945.0, 1962.4, 2003.7, 2026.0, 2030.0}) {
         MagModel model;
-        ASSERT_EQ(s.mv.LoadModel(year, model), 0) << year;
+        ASSERT_EQ(s.mv.Model().LoadModel(year, model), 0) << year;
         for (double lat = -89.5; lat <= 89.5; lat += 11.93)
             for (double lon = -179.0; lon < 180.0; lon += 23.7) {
                 SCOPED_TRACE(testing::Message() << year << " at " << lat << " " << lon);
@@ -180,7 +181,7 @@ TEST(MagVarModel, EpochsBlendLinearlyAndTheForecastFollowsTheSecularVariation) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.year);
         MagModel m;
-        ASSERT_EQ(s.mv.LoadModel(c.year, m), 0);
+        ASSERT_EQ(s.mv.Model().LoadModel(c.year, m), 0);
         EXPECT_EQ(m.maxDegree, c.degree);
         for (const auto& [key, values] : t.rows) {
             const auto [gh, n, k] = key;
@@ -196,7 +197,7 @@ TEST(MagVarModel, OneLoadAYearAndOnlyTheYearCounts) {
     DatCopy dat;
     ManualClock clock;
     ScriptedDialogs dialogs;
-    MagVar mv(dat.path(), clock, dialogs);
+    VariationSource mv(dat.path(), clock, dialogs);
     const LatLong solent = Degrees(50.8, -1.3);
     clock.now = DateTime{2026, 1, 1, 0, 0, 1};
     const float january = mv.MagneticVariation(solent);
@@ -219,6 +220,38 @@ TEST(MagVarModel, OneLoadAYearAndOnlyTheYearCounts) {
     EXPECT_NE(mv.MagneticVariation(solent), january);
     EXPECT_NEAR(mv.MagneticVariation(solent), january, 0.5);
     EXPECT_EQ(mv.Loads(), 3);
+}
+
+TEST(MagVarModel, AnUnreadableYearReturnsItsErrorFromTheCallThatReadTheFiles) {
+    DatCopy dat;
+    fs::remove(dat.path() + "/DGRF50.DAT");
+    MagVar mv(dat.path());
+    const LatLong where = Degrees(-20.0, 57.5);
+    struct Step {
+        double year;
+        MagVarError error;  // what the call returns
+        bool variation;     // whether it gives a variation (not 0)
+        int loads;          // reads of the files so far
+    } steps[] = {
+        {1952.0, MagVarError::CannotReadCoefficients, false, 1},
+        {1952.0, MagVarError::None, false, 1},  // the same bad year again: quiet
+        {1953.5, MagVarError::CannotReadCoefficients, false, 2},  // another year needing the file
+        {2026.0, MagVarError::None, true, 3},
+        {2026.0, MagVarError::None, true, 3},
+        {1952.0, MagVarError::CannotReadCoefficients, false, 4},  // asked anew after another year
+    };
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.year);
+        MagVarError error = MagVarError::CannotReadCoefficients;  // overwritten either way
+        const float v = mv.VariationForYear(where, step.year, &error);
+        EXPECT_EQ(error, step.error);
+        EXPECT_EQ(v != 0.0f, step.variation);
+        EXPECT_EQ(mv.Loads(), step.loads);
+    }
+    EXPECT_EQ(mv.ModelFor(1952.0), nullptr);
+    EXPECT_STREQ(MagVarErrorText(MagVarError::CannotReadCoefficients), "Error reading coefficients file.");
+    EXPECT_STREQ(MagVarErrorText(MagVarError::None), "");
+    EXPECT_STREQ(kMagVarErrorTitle, "Magnetic Variation");
 }
 
 TEST(MagVarFiles, DamagedFilesGiveTheMessageAndNoVariation) {
@@ -250,7 +283,7 @@ TEST(MagVarFiles, DamagedFilesGiveTheMessageAndNoVariation) {
         EXPECT_EQ(ReadCoefficients(target, degree, year, g, h), code);
 
         ScriptedDialogs dialogs;
-        MagVar mv(dat.path(), pristine.clock, dialogs);
+        VariationSource mv(dat.path(), pristine.clock, dialogs);
         const float v = mv.VariationForYear(where, 1952.0);
         mv.VariationForYear(where, 1952.0);  // the same year again: no second message
         EXPECT_EQ(v, outcome == "ok" ? good : 0.0f);
@@ -277,7 +310,7 @@ TEST(MagVarFiles, FolderInTheProgramsOwnFormAndAnyCase) {
         std::transform(lower.begin(), lower.end(), lower.begin(), ::tolower);
         fs::copy(e.path(), d / ("Dat/" + lower));
     }
-    MagVar mv(d.path() + "\\dat\\", clock, dialogs);
+    VariationSource mv(d.path() + "\\dat\\", clock, dialogs);
     EXPECT_NE(mv.VariationForYear(Degrees(10, 10), 2010.0), 0.0f);
     EXPECT_TRUE(dialogs.asked.empty());
 }
