@@ -63,7 +63,7 @@ public:
     // --- The window --------------------------------------------------------
     void SetViewSize(int width, int height);
     const ChartViewState& View() const { return view_; }
-    std::function<void()> Refresh;          // the store is painted: show it (step 10 of a redraw)
+    std::function<void()> Refresh;          // the store is painted: show it (the last act of a redraw)
     std::function<void()> RedrawRequested;  // the view changed: call RedrawNavCanvas soon
     std::function<void()> WarningsChanged;  // the warnings bar
     std::function<void()> StatusChanged;    // title, scale, datum, depth units
