@@ -34,6 +34,7 @@ public:
     QPushButton *ComOK, *ComCancel;
 
 private:
+    void ConnectControls();
     Boundaries& store_;
     NavChart& chart_;
     int16_t boundary_;
