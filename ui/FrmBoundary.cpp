@@ -133,14 +133,8 @@ FrmBoundaryDB::FrmBoundaryDB(QWidget* owner, Boundaries& store, NavChart& chart)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(PicBoundaries, 1);
     layout->addLayout(ButtonRow({ComDisplay, ComDelete, ComProperties}));
-    connect(ComDisplay, &QPushButton::clicked, this, [this] {
-        store_.DisplayBoundary(SelectedSlot());
-        Refill();
-    });
-    connect(ComDelete, &QPushButton::clicked, this, [this] {
-        store_.DeleteBoundary(SelectedSlot());
-        Refill();
-    });
+    OnSelectedSlot(this, ComDisplay, [this](int16_t s) { store_.DisplayBoundary(s); });
+    OnSelectedSlot(this, ComDelete, [this](int16_t s) { store_.DeleteBoundary(s); });
     connect(ComProperties, &QPushButton::clicked, this, [this] {
         if (!SelectedSlot()) return;
         FrmBoundary f(this, store_, chart_, SelectedSlot());

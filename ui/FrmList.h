@@ -59,6 +59,16 @@ void FillSlotRows(QTableWidget* table, const std::vector<std::string>& headers, 
     FillRows(table, headers, texts);
 }
 
+// A click on `button` of a store's list window runs `act` with the slot of
+// the selected row (0 when none), then refills the window.
+template <typename Window, typename Act>
+void OnSelectedSlot(Window* window, QPushButton* button, Act act) {
+    QObject::connect(button, &QPushButton::clicked, window, [window, act] {
+        act(window->SelectedSlot());
+        window->Refill();
+    });
+}
+
 // Shows the one list window of its kind, made by `make` when there is none
 // yet; it deletes itself when closed, and `window` empties then. Each
 // showing refills it and brings it to the front.

@@ -21,17 +21,10 @@ FrmRoutesDB::FrmRoutesDB(QWidget* owner, Routes& store, Activation& activation)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(PicRoutes, 1);
     layout->addLayout(ButtonRow({ComDisplay, ComDelete, ComProperties, ComActivate}));
-    connect(ComDisplay, &QPushButton::clicked, this, [this] {
-        store_.DisplayRoute(SelectedSlot());
-        Refill();
-    });
-    connect(ComDelete, &QPushButton::clicked, this, [this] {
-        store_.DeleteRoute(SelectedSlot());
-        Refill();
-    });
-    connect(ComProperties, &QPushButton::clicked, this, [this] {
-        if (ShowRoute && SelectedSlot()) ShowRoute(SelectedSlot());
-        Refill();
+    OnSelectedSlot(this, ComDisplay, [this](int16_t s) { store_.DisplayRoute(s); });
+    OnSelectedSlot(this, ComDelete, [this](int16_t s) { store_.DeleteRoute(s); });
+    OnSelectedSlot(this, ComProperties, [this](int16_t s) {
+        if (ShowRoute && s) ShowRoute(s);
     });
     connect(ComActivate, &QPushButton::clicked, this, [this] {
         int16_t s = SelectedSlot();

@@ -47,13 +47,11 @@ FrmWayPointDB::FrmWayPointDB(QWidget* owner, Waypoints& store, Activation& activ
         else act_.ActivateWaypoint(s);
         Refill();
     });
-    connect(ComProperties, &QPushButton::clicked, this, [this] {
-        if (SelectedSlot()) store_.EditWaypoint(SelectedSlot());
-        Refill();
+    OnSelectedSlot(this, ComProperties, [this](int16_t s) {
+        if (s) store_.EditWaypoint(s);
     });
-    connect(ComDelete, &QPushButton::clicked, this, [this] {
-        if (SelectedSlot()) store_.DeleteWaypoint(SelectedSlot());
-        Refill();
+    OnSelectedSlot(this, ComDelete, [this](int16_t s) {
+        if (s) store_.DeleteWaypoint(s);
     });
     Refill();
     resize(520, 420);
