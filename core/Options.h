@@ -7,6 +7,16 @@
 // number is read. On confirm the groups are saved in the order display,
 // alarms, course-distance choices, start-up, units.
 //
+// Contract:
+//   - Loading never writes and accepts any stored text: a label mode out of
+//     0..3 reads as 0 (no label), a GPS start option out of 0..2 as 0
+//     (prompt), a range decimal setting other than 2 as 3, and a boolean
+//     only as true when its text is exactly "True".
+//   - A typed range or autoscroll time that is not a number is stored as
+//     "0"; nothing typed is refused here (the dialog does not validate).
+//   - The values hold copies; nothing here keeps a reference to the
+//     registry or the units passed in.
+//
 //   OptionsValues v = LoadOptions(reg, units);
 //   v.WPAlarmRangeText = "0,5";  SaveOptions(reg, units, v);   // stores "0.5"
 #pragma once
@@ -19,7 +29,8 @@ namespace ombra {
 
 class Registry;
 
-// Display settings the rest of the program reads.
+// Display settings the rest of the program reads; the defaults are those of
+// a first run.
 struct DisplayOptions {
     bool ZoomRect = true;
     bool ActiveCoord = true;
@@ -49,13 +60,17 @@ struct OptionsValues {
     bool ForceWGS84 = false;
 };
 
-// Fills the dialog's values from the settings; ranges in the current unit.
+// Fills the dialog's values from the settings; ranges in `units`' current
+// distance unit with two decimals ("0.50").
 OptionsValues LoadOptions(const Registry& reg, const Units& units);
-// A stored range in nautical miles as text in `distanceUnit`.
+// A stored range in nautical miles as text in `distanceUnit`, two decimals;
+// a stored text that is no number shows "0.00".
 std::string RangeTextForUnit(const std::string& storedNM, int16_t distanceUnit);
-// A typed range in `distanceUnit` as the stored text in nautical miles.
+// A typed range in `distanceUnit` as the stored text in nautical miles; a
+// comma is read as the decimal point, and text that is no number gives "0".
 std::string StoredRangeFromText(const std::string& typed, int16_t distanceUnit);
-// Saves in the dialog's order and makes `units` the chosen units.
+// Saves in the dialog's order and makes `units` the chosen units (unit
+// codes out of 0..2 are stored as unit 0).
 void SaveOptions(Registry& reg, Units& units, const OptionsValues& v);
 
 // Captions of the choices, as the dialog shows them.

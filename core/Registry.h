@@ -10,6 +10,21 @@
 // Application "Vestrane", section "Tarnel" (the product name), except the
 // companion tide program's folder under section "Ebbline".
 //
+// Contract:
+//   - Reading never writes: a key never stored reads as its default and
+//     stays unstored. The one default not in the table is the "Ebbline"
+//     key's, the install folder given by SetAppPath ("" before it).
+//   - Any code is accepted: an unknown code (negative, Key::Count_ or
+//     beyond) reads "" and writes nothing.
+//   - Any text may be stored; it is read back byte for byte. Numbers are
+//     read by the numeric-prefix rule (Val): "38400 baud" is 38400, text
+//     with no number is 0.
+//   - A failing store is never the caller's problem: a read that fails
+//     gives the default, a write that fails is lost silently.
+//   - The Registry holds the backend by reference: the backend outlives it.
+//     It is not safe for concurrent use; the plotter uses it from the GUI
+//     thread only.
+//
 //   reg.GetSetting(Key::GPSBaudRate)        -> "4800" on a first run
 //   reg.SaveSetting(Key::ARPABaudRate, "9600")   // AIS and ARPA share it
 #pragma once
@@ -37,7 +52,8 @@ struct KeyInfo {
     const char* defaultText;
 };
 
-// The table, in enumeration order.
+// The table, in enumeration order: row i holds Key(i). `count` is set to
+// the number of rows; the table lives as long as the program.
 const KeyInfo* KeyTable(size_t& count);
 // The entry of a code; nullptr for an unknown code.
 const KeyInfo* FindKey(int16_t code);
@@ -56,12 +72,14 @@ public:
     void SaveSetting(Key key, std::string_view value) { SaveSetting(int16_t(key), value); }
     void SaveSetting(int16_t code, std::string_view value);
 
-    // Typed reading by the numeric-prefix and exact-text rules.
+    // Typed reading by the numeric-prefix and exact-text rules: the number
+    // at the start of the text (0 when there is none).
     double GetNumber(Key key) const;
     bool IsTrue(Key key) const { return GetSetting(key) == "True"; }    // all else is false
     bool IsFalse(Key key) const { return GetSetting(key) == "False"; }  // all else is true
 
-    // The install folder, the default of the "Ebbline" section's key.
+    // The install folder, the default of the "Ebbline" section's key; it is
+    // not stored.
     void SetAppPath(const std::string& appPath) { appPath_ = appPath; }
 
 private:
@@ -70,6 +88,7 @@ private:
     std::string appPath_;
 };
 
+// The stored text of a boolean: "True" or "False".
 inline const char* BoolText(bool b) { return b ? "True" : "False"; }
 
 }  // namespace ombra

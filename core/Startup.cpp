@@ -122,160 +122,223 @@ void Startup::InitGlobals(const std::string& exePath, const std::string& install
     });
 }
 
+// The start-up sequence, one row a stage: the stage text in force while it
+// runs (when the row sets one), what it does, and the stage text once it
+// has run. A stage whose work is skipped (a start without the splash
+// screen) keeps the text in force.
+const Startup::Stage Startup::kStages[] = {
+    {nullptr, &Startup::SavePalette, nullptr},
+    {nullptr, &Startup::FixFolders, nullptr},
+    {nullptr, &Startup::ProvisionFolders, nullptr},
+    {nullptr, &Startup::Call<&StartupSteps::FoldersFixed>, nullptr},
+    {nullptr, &Startup::ReadCommandLine, "Splash Screen"},
+    {nullptr, &Startup::KeepCommandLine, nullptr},
+    {nullptr, &Startup::LoadComms, "Comms"},
+    {nullptr, &Startup::Call<&StartupSteps::LoadDisplaySettings>, "Display"},
+    {nullptr, &Startup::Call<&StartupSteps::LoadUnitsConsoleAndOverlays>, "Chartzoom"},
+    {nullptr, &Startup::Call<&StartupSteps::LoadChartFolders>, "Chart catalogues"},
+    {nullptr, &Startup::Call<&StartupSteps::LoadNavObjects>, "Nav Objects"},
+    {nullptr, &Startup::Call<&StartupSteps::LoadVesselSettings>, "Vessel"},
+    {nullptr, &Startup::Call<&StartupSteps::LoadWaypoints>, "ToolTips"},
+    {nullptr, &Startup::ApplyPalette, nullptr},
+    {nullptr, &Startup::ReadBoatOutline, nullptr},
+    {"Initialising Data", &Startup::Call<&StartupSteps::InitialiseData>, nullptr},
+    {"Initialising Controls", &Startup::Call<&StartupSteps::InitialiseControls>, "Loading Forms"},
+    {nullptr, &Startup::PauseForSplash, nullptr},
+    {nullptr, &Startup::CreateMainWindow, "frmMain"},
+    {nullptr, &Startup::PlaceMainWindow, nullptr},
+    {nullptr, &Startup::BuildMenus, "InitRunMenu"},
+    {nullptr, &Startup::Call<&StartupSteps::LoadCommsForms>, "Comms forms"},
+    {nullptr, &Startup::ShowMainWindow, nullptr},
+    {nullptr, &Startup::WarnOfFewColours, nullptr},
+    {nullptr, &Startup::SelectCommandRoute, nullptr},
+    {nullptr, &Startup::AskDisclaimer, nullptr},
+    {nullptr, &Startup::LetEventsRun, nullptr},
+    {nullptr, &Startup::DecideGPSPrompt, nullptr},
+    {nullptr, &Startup::StartGPSOrChart, nullptr},
+    {nullptr, &Startup::Call<&StartupSteps::EnableMainTimer>, nullptr},
+    {nullptr, &Startup::ActivateCommandRoute, nullptr},
+};
+
 bool Startup::Main(const std::string& commandLine, const std::string& exePath, const std::string& installFolder,
                    const std::string& sharedData) {
     exited_ = false;
-    CommandLine cmd;
-    bool splashShown = false;
-    Step([&] {
-        steps_.SaveSystemPalette();
-        g_.CurrentTool = 0;
-    });
-    Step([&] { InitGlobals(exePath, installFolder); });
-    Step([&] { ProvisionInstallFolder(sharedData, g_.AppPath); });
-    Step([&] { steps_.FoldersFixed(); });
-    Step([&] {
-        cmd = ParseCommandLine(commandLine);
-        if (!cmd.NoSplash) {
-            splashShown = steps_.ShowSplash();
-            g_.StartupStage = "Splash Screen";
+    launch_ = {commandLine, exePath, installFolder, sharedData};
+    cmd_ = CommandLine{};
+    splashShown_ = false;
+    windowMade_ = false;
+    declined_ = false;
+    for (const Stage& stage : kStages) {
+        Step([&] {
+            if (stage.before) g_.StartupStage = stage.before;
+            if ((this->*stage.run)() && stage.after) g_.StartupStage = stage.after;
+        });
+        if (declined_) {
+            ExitSequence();
+            return false;
         }
-    });
-    Step([&] {
-        if (cmd.HasLatLon) {
-            g_.CommandLat = cmd.CommandLat;
-            g_.CommandLon = cmd.CommandLon;
-        }
-        g_.CommandRoute = cmd.CommandRoute;
-        events_.DoEvents();
-    });
-    Step([&] {
-        g_.VersionText = Format(VersionMajor, "0") + "." + Format(VersionMinor, "0");
-        steps_.LoadCommsSettings();
-        g_.StartupStage = "Comms";
-    });
-    Step([&] {
-        steps_.LoadDisplaySettings();
-        g_.StartupStage = "Display";
-    });
-    Step([&] {
-        steps_.LoadUnitsConsoleAndOverlays();
-        g_.StartupStage = "Chartzoom";
-    });
-    Step([&] {
-        steps_.LoadChartFolders();
-        g_.StartupStage = "Chart catalogues";
-    });
-    Step([&] {
-        steps_.LoadNavObjects();
-        g_.StartupStage = "Nav Objects";
-    });
-    Step([&] {
-        steps_.LoadVesselSettings();
-        g_.StartupStage = "Vessel";
-    });
-    Step([&] {
-        steps_.LoadWaypoints();
-        g_.StartupStage = "ToolTips";
-    });
-    Step([&] {
-        steps_.ApplyPaletteMode(int16_t(Val(reg_.GetSetting(Key::PaletteMode))));
-        steps_.ReadLastFileDataStamp();
-    });
-    Step([&] { steps_.ReadBoatOutline(g_.AppPath + "Dat\\Vessel.CSV"); });
-    Step([&] {
-        g_.StartupStage = "Initialising Data";
-        steps_.InitialiseData();
-    });
-    Step([&] {
-        g_.StartupStage = "Initialising Controls";
-        steps_.InitialiseControls();
-        g_.StartupStage = "Loading Forms";
-    });
-    // The pause keeps the splash screen readable; with no splash there is
-    // nothing to read and the navigator is not kept waiting.
-    Step([&] {
-        if (splashShown) clock_.Sleep(2500);
-    });
-    Step([&] {
-        steps_.CreateMainWindow("Vestrane " + g_.ProductName);
-        g_.StartupStage = "frmMain";
-        double l = Val(reg_.GetSetting(Key::WindowLeft));
-        double t = Val(reg_.GetSetting(Key::WindowTop));
-        double w = Val(reg_.GetSetting(Key::WindowWidth));
-        double h = Val(reg_.GetSetting(Key::WindowHeight));
-        int state = int(Val(reg_.GetSetting(Key::WindowState)));
-        steps_.ApplyWindowState(state);
-        if (l != -1.0 && t != -1.0 && w != -1.0 && h != -1.0) steps_.ApplyWindowRect(l, t, w, h);
-    });
-    Step([&] {
-        steps_.BuildMenus();
-        steps_.InitRunMenu(FileExists(g_.AppPath + "Ebbline\\EBBLINE.EXE"),
-                           FileExists(g_.AppPath + "Galeline\\Galeline.exe"));
-        g_.StartupStage = "InitRunMenu";
-    });
-    Step([&] {
-        steps_.LoadCommsForms();
-        g_.StartupStage = "Comms forms";
-    });
-    Step([&] {
-        steps_.ShowMainWindow();
-        if (splashShown) steps_.CloseSplash();
-    });
-    Step([&] {
-        int colours = steps_.DisplayColours();
-        bool warned = Val(reg_.GetSetting(Key::ColourWarning)) != 0.0;
-        bool few = colours != -1 && colours <= 256;
-        if (!warned && few) {
-            steps_.ShowColourWarning();
-            reg_.SaveSetting(Key::ColourWarning, "1");
-        } else if (warned && !few) {
-            reg_.SaveSetting(Key::ColourWarning, "0");
-        }
-    });
-    Step([&] {
-        if (cmd.LaunchedForRoute()) steps_.SelectCommandRoute(g_.CommandRoute);
-    });
-    bool accepted = true;
-    Step([&] {
-        std::string reply = steps_.ShowDisclaimer(g_.ProductName, DisclaimerText(g_.ProductName));
-        if (reply != "Accept") accepted = false;
-    });
-    if (!accepted) {
-        ExitSequence();
-        return false;
     }
-    Step([&] { events_.DoEvents(); });
-    Step([&] { g_.SkipGPSPrompt = cmd.LaunchedForRoute(); });
-    Step([&] {
-        if (g_.SkipGPSPrompt) {
-            steps_.OpenChartAt(g_.CommandLat, g_.CommandLon);
-            return;
-        }
-        int initial = int(Val(reg_.GetSetting(Key::InitialSelect)));
-        int autoGPS = int(Val(reg_.GetSetting(Key::AutoStartupGPS)));
-        bool yes;
-        if (autoGPS == 0) {
-            yes = dialogs_.MsgBox("Do you want to connect to your GPS set now.",
-                                  mb::YesNo | mb::Question | (initial == 256 ? mb::DefaultButton2 : mb::DefaultButton1),
-                                  g_.ProductName) == mb::Yes;
-        } else {
-            yes = autoGPS != 1;
-        }
-        if (yes) {
-            if (initial == 256) reg_.SaveSetting(Key::InitialSelect, "0");
-            steps_.StartGPS();
-        } else {
-            if (initial == 0) reg_.SaveSetting(Key::InitialSelect, "256");
-            std::string last = reg_.GetSetting(Key::LastChartNumber);
-            if (reg_.GetSetting(Key::AutoStartupChart) == "True" && !last.empty()) steps_.OpenChartNumber(last);
-        }
-    });
-    Step([&] { steps_.EnableMainTimer(); });
-    Step([&] {
-        if (!g_.CommandRoute.empty() && cmd.LaunchedForRoute()) steps_.ActivateCommandRoute(g_.CommandRoute);
-    });
     return !exited_;
+}
+
+bool Startup::SavePalette() {
+    steps_.SaveSystemPalette();
+    g_.CurrentTool = 0;
+    return true;
+}
+
+bool Startup::FixFolders() {
+    InitGlobals(launch_.exePath, launch_.installFolder);
+    return true;
+}
+
+bool Startup::ProvisionFolders() {
+    ProvisionInstallFolder(launch_.sharedData, g_.AppPath);
+    return true;
+}
+
+bool Startup::ReadCommandLine() {
+    cmd_ = ParseCommandLine(launch_.commandLine);
+    if (cmd_.NoSplash) return false;
+    splashShown_ = steps_.ShowSplash();
+    return true;
+}
+
+bool Startup::KeepCommandLine() {
+    if (cmd_.HasLatLon) {
+        g_.CommandLat = cmd_.CommandLat;
+        g_.CommandLon = cmd_.CommandLon;
+    }
+    g_.CommandRoute = cmd_.CommandRoute;
+    events_.DoEvents();
+    return true;
+}
+
+bool Startup::LoadComms() {
+    g_.VersionText = Format(VersionMajor, "0") + "." + Format(VersionMinor, "0");
+    steps_.LoadCommsSettings();
+    return true;
+}
+
+bool Startup::ApplyPalette() {
+    steps_.ApplyPaletteMode(int16_t(Val(reg_.GetSetting(Key::PaletteMode))));
+    steps_.ReadLastFileDataStamp();
+    return true;
+}
+
+bool Startup::ReadBoatOutline() {
+    steps_.ReadBoatOutline(g_.AppPath + "Dat\\Vessel.CSV");
+    return true;
+}
+
+// The pause keeps the splash screen readable; with no splash there is
+// nothing to read and the navigator is not kept waiting.
+bool Startup::PauseForSplash() {
+    if (splashShown_) clock_.Sleep(2500);
+    return true;
+}
+
+bool Startup::CreateMainWindow() {
+    steps_.CreateMainWindow("Vestrane " + g_.ProductName);
+    windowMade_ = true;
+    return true;
+}
+
+// The stored state always; the stored rectangle only when all four numbers
+// are set (-1 is "never stored"). Nothing when the window was not made.
+bool Startup::PlaceMainWindow() {
+    if (!windowMade_) return false;
+    double l = Val(reg_.GetSetting(Key::WindowLeft));
+    double t = Val(reg_.GetSetting(Key::WindowTop));
+    double w = Val(reg_.GetSetting(Key::WindowWidth));
+    double h = Val(reg_.GetSetting(Key::WindowHeight));
+    int state = int(Val(reg_.GetSetting(Key::WindowState)));
+    steps_.ApplyWindowState(state);
+    if (l != -1.0 && t != -1.0 && w != -1.0 && h != -1.0) steps_.ApplyWindowRect(l, t, w, h);
+    return true;
+}
+
+bool Startup::BuildMenus() {
+    steps_.BuildMenus();
+    steps_.InitRunMenu(FileExists(g_.AppPath + "Ebbline\\EBBLINE.EXE"), FileExists(g_.AppPath + "Galeline\\Galeline.exe"));
+    return true;
+}
+
+bool Startup::ShowMainWindow() {
+    steps_.ShowMainWindow();
+    if (splashShown_) steps_.CloseSplash();
+    return true;
+}
+
+// A display of 256 colours or fewer is warned of once; the mark is cleared
+// again on a better display so that a later poor one warns anew.
+bool Startup::WarnOfFewColours() {
+    int colours = steps_.DisplayColours();
+    bool warned = Val(reg_.GetSetting(Key::ColourWarning)) != 0.0;
+    bool few = colours != -1 && colours <= 256;
+    if (!warned && few) {
+        steps_.ShowColourWarning();
+        reg_.SaveSetting(Key::ColourWarning, "1");
+    } else if (warned && !few) {
+        reg_.SaveSetting(Key::ColourWarning, "0");
+    }
+    return true;
+}
+
+bool Startup::SelectCommandRoute() {
+    if (cmd_.LaunchedForRoute()) steps_.SelectCommandRoute(g_.CommandRoute);
+    return true;
+}
+
+bool Startup::AskDisclaimer() {
+    std::string reply = steps_.ShowDisclaimer(g_.ProductName, DisclaimerText(g_.ProductName));
+    if (reply != "Accept") declined_ = true;
+    return true;
+}
+
+bool Startup::LetEventsRun() {
+    events_.DoEvents();
+    return true;
+}
+
+bool Startup::DecideGPSPrompt() {
+    g_.SkipGPSPrompt = cmd_.LaunchedForRoute();
+    return true;
+}
+
+// Launched for a route, the chart at the command line's position opens and
+// nothing is asked. Otherwise the GPS starts or not as the start-up option
+// says, or as the navigator answers (the question's default button is the
+// last answer); without the GPS, the last chart may open.
+bool Startup::StartGPSOrChart() {
+    if (g_.SkipGPSPrompt) {
+        steps_.OpenChartAt(g_.CommandLat, g_.CommandLon);
+        return true;
+    }
+    int initial = int(Val(reg_.GetSetting(Key::InitialSelect)));
+    int autoGPS = int(Val(reg_.GetSetting(Key::AutoStartupGPS)));
+    bool yes;
+    if (autoGPS == 0) {
+        yes = dialogs_.MsgBox("Do you want to connect to your GPS set now.",
+                              mb::YesNo | mb::Question | (initial == 256 ? mb::DefaultButton2 : mb::DefaultButton1),
+                              g_.ProductName) == mb::Yes;
+    } else {
+        yes = autoGPS != 1;
+    }
+    if (yes) {
+        if (initial == 256) reg_.SaveSetting(Key::InitialSelect, "0");
+        steps_.StartGPS();
+    } else {
+        if (initial == 0) reg_.SaveSetting(Key::InitialSelect, "256");
+        std::string last = reg_.GetSetting(Key::LastChartNumber);
+        if (reg_.GetSetting(Key::AutoStartupChart) == "True" && !last.empty()) steps_.OpenChartNumber(last);
+    }
+    return true;
+}
+
+bool Startup::ActivateCommandRoute() {
+    if (!g_.CommandRoute.empty() && cmd_.LaunchedForRoute()) steps_.ActivateCommandRoute(g_.CommandRoute);
+    return true;
 }
 
 void Startup::ExitSequence() {

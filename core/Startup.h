@@ -4,9 +4,11 @@
 // line, loads each module's settings in a fixed order, brings up the main
 // window, asks the disclaimer, opens the starting chart or asks to connect
 // the GPS, and enables the main timer last, so that no port is polled while
-// settings load. Each step runs under the start-up handler: a failing step
-// is reported with the name of the last stage completed and Main carries on
-// with the next step, leaving a partly working plotter, never a dead one.
+// settings load. The sequence is a table of stages (Startup.cpp), each with
+// the stage text it leaves behind. Each stage runs under the start-up
+// handler: a failing stage is reported with the text of the last stage
+// completed and Main carries on with the next one, leaving a partly working
+// plotter, never a dead one.
 //
 // Folders on this system. The old plotter lived in a fixed install folder;
 // here the install folder (AppPath) is a per-user folder:
@@ -75,7 +77,8 @@ public:
     // True when a splash screen is on show.
     virtual bool ShowSplash() = 0;
     virtual void CloseSplash() = 0;
-    // Step 5, module settings in this order.
+    // Each module loads its own settings, in this order, before any window
+    // is made.
     virtual void LoadCommsSettings() = 0;
     virtual void LoadDisplaySettings() = 0;
     virtual void LoadUnitsConsoleAndOverlays() = 0;
@@ -88,7 +91,7 @@ public:
     virtual void ReadBoatOutline(const std::string& path) = 0;
     virtual void InitialiseData() = 0;
     virtual void InitialiseControls() = 0;
-    // Step 10, the main window.
+    // The main window is made, placed, given its menus and shown.
     virtual void CreateMainWindow(const std::string& caption) = 0;
     virtual void ApplyWindowState(int state) = 0;
     virtual void ApplyWindowRect(double left, double top, double width, double height) = 0;
@@ -127,22 +130,73 @@ public:
 
     // `exePath` is the program's own path; `installFolder` the per-user
     // install folder; `sharedData` where the shipped data lies (its files
-    // are copied into AppPath when missing). Returns false when the
-    // program is to end (the disclaimer was not accepted).
+    // are copied into AppPath when missing; an empty or missing folder
+    // copies nothing). Returns false when the program is to end: the
+    // disclaimer was not accepted and the exit sequence has run. A fault in
+    // a stage never escapes: it is reported through `dialogs` and the next
+    // stage runs. Main may run again on the same object; each run starts
+    // from a fresh command line.
     bool Main(const std::string& commandLine, const std::string& exePath, const std::string& installFolder,
               const std::string& sharedData);
+    // Fixes the folders in Globals from the program's name and the stored
+    // data paths, storing the install folder for an empty path. Faults are
+    // reported, never thrown.
     void InitGlobals(const std::string& exePath, const std::string& installFolder);
-    // The exit sequence; EndProcess is its last step.
+    // The exit sequence: the current tool ends, the GPS stops, the stores
+    // and the chart close, the palette comes back, and EndProcess is called
+    // last. A fault in one part is reported and the next part runs. Runs at
+    // most once per Main.
     void ExitSequence();
 
     // The version numbers joined by ".".
     int VersionMajor = 0, VersionMinor = 1;
 
 private:
-    // Runs one step under the start-up handler.
+    // One stage of the start-up sequence. `before`, when set, is the stage
+    // text while `run` works; `after`, when set, the text once `run` has
+    // returned true (false: the stage's work was skipped).
+    struct Stage {
+        const char* before;
+        bool (Startup::*run)();
+        const char* after;
+    };
+    static const Stage kStages[];
+    // What Main was given, for the stages.
+    struct Launch {
+        std::string commandLine, exePath, installFolder, sharedData;
+    };
+
+    // Runs one stage under the start-up handler.
     template <typename F>
     void Step(F&& f);
     void ReportStartupError(int code, int systemError);
+
+    // A stage that is one call of the start-up steps.
+    template <void (StartupSteps::*F)()>
+    bool Call() {
+        (steps_.*F)();
+        return true;
+    }
+    bool SavePalette();
+    bool FixFolders();
+    bool ProvisionFolders();
+    bool ReadCommandLine();
+    bool KeepCommandLine();
+    bool LoadComms();
+    bool ApplyPalette();
+    bool ReadBoatOutline();
+    bool PauseForSplash();
+    bool CreateMainWindow();
+    bool PlaceMainWindow();
+    bool BuildMenus();
+    bool ShowMainWindow();
+    bool WarnOfFewColours();
+    bool SelectCommandRoute();
+    bool AskDisclaimer();
+    bool LetEventsRun();
+    bool DecideGPSPrompt();
+    bool StartGPSOrChart();
+    bool ActivateCommandRoute();
 
     Globals& g_;
     Registry& reg_;
@@ -151,6 +205,12 @@ private:
     Events& events_;
     StartupSteps& steps_;
     bool exited_ = false;
+    // State one stage leaves for a later one, reset by each Main.
+    Launch launch_;
+    CommandLine cmd_;
+    bool splashShown_ = false;
+    bool windowMade_ = false;
+    bool declined_ = false;
 };
 
 // Copies the shipped data files (recursively) that the install folder does

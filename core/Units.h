@@ -8,6 +8,16 @@
 // inverses, so a value shown, typed back and shown again may move in its
 // last place, as it always has on this plotter.
 //
+// Contract:
+//   - A unit code is 0, 1 or 2. A code out of range is treated as 0 by every
+//     function here (nautical miles, knots, true), never as an error.
+//   - Angles are never converted: ToDisplay and FromDisplay leave an angle
+//     as it is; only its suffix follows AngleUnit.
+//   - Formats are those of Format (core/Format.h): "0.00", "##0.0", ...
+//   - LoadUnits reads the three keys and never writes; SaveUnits writes the
+//     three keys and nothing else (UnitsVesselAngle is not the user's choice
+//     of units and is left alone).
+//
 //   units.DistanceUnit = 1;  units.ToDisplay(UnitKind::Distance, 1.0f, "0.00") == "1.15"
 #pragma once
 #include <cstdint>
@@ -30,12 +40,18 @@ public:
     void LoadUnits(const Registry& reg);
     void SaveUnits(Registry& reg) const;
 
+    // The suffix shown after a value: "NM", "M", "Km"; "Kts", "MPH", "K/H";
+    // "°T", "°M", "°C" (UTF-8).
     std::string UnitText(UnitKind kind) const;
+    // `value` (nautical miles, knots or degrees) in the chosen unit, formatted.
     std::string ToDisplay(UnitKind kind, float value, std::string_view format) const;
+    // A value typed in the chosen unit, converted in place back to nautical
+    // miles or knots.
     void FromDisplay(UnitKind kind, float& value) const;
     bool UnitsIsCompass() const { return AngleUnit == 2; }
 
-    // The stored texts of each choice, in unit order.
+    // The stored texts of each choice, in unit order; a unit out of range
+    // gives the text of unit 0.
     static const char* DistanceKeyText(int unit);
     static const char* SpeedKeyText(int unit);
     static const char* AngleKeyText(int unit);

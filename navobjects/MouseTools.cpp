@@ -301,44 +301,52 @@ std::vector<PopupEntry> MouseTools::Popup(const Hit& hit) {
     return e;
 }
 
+// A waypoint's commands. "Add to Route" appends the waypoint to the
+// selected route, or to one picked from the list when none is selected; the
+// new route point takes the waypoint's record but keeps its own number,
+// position and variation.
+void MouseTools::RunWaypointCommand(int16_t i, const std::string& c) {
+    wp_.Selected = i;
+    if (c == "properties") wp_.EditWaypoint(i);
+    else if (c == "activate") {
+        if (wp_.ActiveIndex == i) act_.DeactivateWaypoint(false);
+        else act_.ActivateWaypoint(i);
+    } else if (c == "move") {
+        if (wp_.MoveWaypoint(i)) Begin(ToolMoveWaypoint, i);
+    } else if (c == "delete") wp_.DeleteWaypoint(i);
+    else if (c == "addtoroute") AddWaypointToRoute(i);
+    else if (c == "attach") {
+        if (Waypoint* w = wp_.At(i)) w->Attachment = PickAttachment(ctx_.host, w->Attachment);
+    } else if (c == "viewattachment") {
+        if (const Waypoint* w = wp_.At(i)) ShowAttachment(ctx_.host, ctx_.dialogs, ctx_.globals.ProductName, w->Attachment);
+    }
+}
+
+void MouseTools::AddWaypointToRoute(int16_t i) {
+    int16_t r = rt_.SelectedRoute;
+    if (!rt_.At(r) || !rt_.At(r)->Used()) {
+        std::vector<int16_t> slots;
+        std::vector<std::string> items = rt_.CentreOnItems(&slots);
+        int pick = ctx_.host.ListPick("Add to Route", items, "Select");
+        r = (pick >= 0 && pick < int(slots.size())) ? slots[size_t(pick)] : 0;
+    }
+    const Waypoint* w = wp_.At(i);
+    if (!r || !w) return;
+    int16_t n = rt_.AddRoutePoint(r, w->Position.Wgs84);
+    if (Waypoint* q = rt_.PointAt(r, n)) {
+        NavPoint keep = q->Position;
+        float var = q->MagVar;
+        *q = *w;
+        q->Number = n;
+        q->Position = keep;
+        q->MagVar = var;
+    }
+}
+
 void MouseTools::RunPopup(const Hit& hit, const std::string& c) {
     const int16_t i = hit.Index, p = hit.Part;
     switch (hit.Kind) {
-        case HitKind::Waypoint:
-            wp_.Selected = i;
-            if (c == "properties") wp_.EditWaypoint(i);
-            else if (c == "activate") {
-                if (wp_.ActiveIndex == i) act_.DeactivateWaypoint(false);
-                else act_.ActivateWaypoint(i);
-            } else if (c == "move") {
-                if (wp_.MoveWaypoint(i)) Begin(ToolMoveWaypoint, i);
-            } else if (c == "delete") wp_.DeleteWaypoint(i);
-            else if (c == "addtoroute") {
-                int16_t r = rt_.SelectedRoute;
-                if (!rt_.At(r) || !rt_.At(r)->Used()) {
-                    std::vector<int16_t> slots;
-                    std::vector<std::string> items = rt_.CentreOnItems(&slots);
-                    int pick = ctx_.host.ListPick("Add to Route", items, "Select");
-                    r = (pick >= 0 && pick < int(slots.size())) ? slots[size_t(pick)] : 0;
-                }
-                const Waypoint* w = wp_.At(i);
-                if (r && w) {
-                    int16_t n = rt_.AddRoutePoint(r, w->Position.Wgs84);
-                    if (Waypoint* q = rt_.PointAt(r, n)) {
-                        NavPoint keep = q->Position;
-                        float var = q->MagVar;
-                        *q = *w;
-                        q->Number = n;
-                        q->Position = keep;
-                        q->MagVar = var;
-                    }
-                }
-            } else if (c == "attach") {
-                if (Waypoint* w = wp_.At(i)) w->Attachment = PickAttachment(ctx_.host, w->Attachment);
-            } else if (c == "viewattachment") {
-                if (const Waypoint* w = wp_.At(i)) ShowAttachment(ctx_.host, ctx_.dialogs, ctx_.globals.ProductName, w->Attachment);
-            }
-            break;
+        case HitKind::Waypoint: RunWaypointCommand(i, c); break;
         case HitKind::RoutePoint:
             rt_.SelectedRoute = i;
             rt_.SelectedPoint = p;

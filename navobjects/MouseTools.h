@@ -116,6 +116,8 @@ public:
     bool VectorsRestricted() const;
 
 private:
+    void RunWaypointCommand(int16_t waypoint, const std::string& command);
+    void AddWaypointToRoute(int16_t waypoint);
     bool PointNear(const NavPoint& p, ChartPoint screen, float tolerance);
     NavContext& ctx_;
     Waypoints& wp_;

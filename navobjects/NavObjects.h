@@ -38,19 +38,23 @@ public:
     Activation activation;
     MouseTools tools;
 
-    // Start-up, step 5.5: the boundary store, tracks, the route store.
+    // At start-up, with the other modules' settings: the boundary store,
+    // tracks, the route store.
     void LoadNavObjects();
-    // Start-up, step 5.7: the symbol strips ("dat\WPSymbols.txt" of the
-    // install, the built-in ones when it is missing or damaged) and the
-    // waypoint store.
+    // At start-up, after the vessel's settings: the symbol strips
+    // ("dat\WPSymbols.txt" of the install, the built-in ones when it is
+    // missing or damaged) and the waypoint store.
     void LoadWaypoints();
-    // Start-up, step 13: the route database holding a route of that name
+    // At start-up for a route named on the command line, before the
+    // disclaimer: the route database holding a route of that name
     // (upper case, as the command line gives it) is opened and the route
     // selected; a waypoint database of the same name is opened too.
     bool SelectCommandRoute(const std::string& route);
-    // Start-up, step 18: the selected route activated.
+    // At start-up for a route, the last thing once the main timer runs:
+    // the selected route activated.
     bool ActivateCommandRoute(const std::string& route);
-    // Exit, step 1 and 3.
+    // On exit, the current tool ends first; the stores close after the GPS
+    // stops.
     void EndCurrentTool() { tools.End(); }
     void CloseStores();
 

@@ -12,15 +12,12 @@
 #include "navobjects/CommonWP.h"
 #include "navobjects/NavChart.h"
 #include "platform/qt/QtServices.h"
+#include "ui/DialogParts.h"
 #include "ui/FrmList.h"
 
 namespace ombra {
 
 namespace {
-QColor ColourOf(int i) {
-    Rgb c = TableColour(int16_t(i));
-    return QColor(int((c >> 16) & 255), int((c >> 8) & 255), int(c & 255));
-}
 Qt::BrushStyle QtHatch(int16_t pattern) {
     switch (HatchStyle(pattern)) {
         case BrushStyle::Vertical: return Qt::VerPattern;
@@ -30,6 +27,22 @@ Qt::BrushStyle QtHatch(int16_t pattern) {
         case BrushStyle::DiagCross: return Qt::DiagCrossPattern;
         default: return Qt::HorPattern;
     }
+}
+
+// The fill patterns with a swatch each, showing `pattern` (the first when
+// out of range).
+QComboBox* PatternCombo(QWidget* parent, int pattern) {
+    auto* c = new QComboBox(parent);
+    c->setObjectName("ComboPattern");
+    for (int i = 0; i < kHatchCount; ++i) {
+        QPixmap swatch(16, 12);
+        swatch.fill(Qt::white);
+        QPainter p(&swatch);
+        p.fillRect(swatch.rect(), QBrush(Qt::black, QtHatch(int16_t(i))));
+        c->addItem(QIcon(swatch), kHatchNames[i]);
+    }
+    c->setCurrentIndex(pattern >= 0 && pattern < kHatchCount ? pattern : 0);
+    return c;
 }
 }  // namespace
 
@@ -42,9 +55,7 @@ FrmBoundary::FrmBoundary(QWidget* owner, Boundaries& store, NavChart& chart, int
     TxtName->setObjectName("TxtName");
     TxtDescription = new QLineEdit(b ? Q(b->Description) : QString(), this);
     TxtDescription->setObjectName("TxtDescription");
-    ChkFilled = new QCheckBox("Filled", this);
-    ChkFilled->setObjectName("ChkFilled");
-    ChkFilled->setChecked(b && b->Filled);
+    ChkFilled = NamedCheck(this, nullptr, "ChkFilled", "Filled", b && b->Filled);
     auto* entryExit = new QGroupBox(this);
     entryExit->setObjectName("OptEntryExit");
     OptEntry = new QRadioButton(kBoundaryAlarmModes[0], entryExit);
@@ -53,24 +64,8 @@ FrmBoundary::FrmBoundary(QWidget* owner, Boundaries& store, NavChart& chart, int
     auto* eel = new QVBoxLayout(entryExit);
     eel->addWidget(OptEntry);
     eel->addWidget(OptExit);
-    ComboColour = new QComboBox(this);
-    ComboColour->setObjectName("ComboColour");
-    for (int i = 0; i < kColourCount; ++i) {
-        QPixmap swatch(16, 12);
-        swatch.fill(ColourOf(i));
-        ComboColour->addItem(QIcon(swatch), kColourNames[i]);
-    }
-    ComboColour->setCurrentIndex(b && b->Colour >= 0 && b->Colour < kColourCount ? b->Colour : 0);
-    ComboPattern = new QComboBox(this);
-    ComboPattern->setObjectName("ComboPattern");
-    for (int i = 0; i < kHatchCount; ++i) {
-        QPixmap swatch(16, 12);
-        swatch.fill(Qt::white);
-        QPainter p(&swatch);
-        p.fillRect(swatch.rect(), QBrush(Qt::black, QtHatch(int16_t(i))));
-        ComboPattern->addItem(QIcon(swatch), kHatchNames[i]);
-    }
-    ComboPattern->setCurrentIndex(b && b->Pattern >= 0 && b->Pattern < kHatchCount ? b->Pattern : 0);
+    ComboColour = ColourCombo(this, "ComboColour", b ? b->Colour : 0);
+    ComboPattern = PatternCombo(this, b ? b->Pattern : 0);
     auto* datums = new QGroupBox("Datums", this);
     OptDatumChart = new QRadioButton("Chart", datums);
     OptDatumWGS84 = new QRadioButton("WGS84", datums);
@@ -80,10 +75,6 @@ FrmBoundary::FrmBoundary(QWidget* owner, Boundaries& store, NavChart& chart, int
     dl->addWidget(OptDatumWGS84);
     PicBoundaryMarks = new QTableWidget(this);
     PicBoundaryMarks->setObjectName("PicBoundaryMarks");
-    ComOK = new QPushButton("OK", this);
-    ComOK->setObjectName("ComOK");
-    ComCancel = new QPushButton("Cancel", this);
-    ComCancel->setObjectName("ComCancel");
 
     auto* form = new QFormLayout;
     form->addRow("Name", TxtName);
@@ -92,15 +83,18 @@ FrmBoundary::FrmBoundary(QWidget* owner, Boundaries& store, NavChart& chart, int
     form->addRow("Colour", ComboColour);
     form->addRow("Pattern", ComboPattern);
     form->addRow(datums);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ComOK);
-    buttons->addWidget(ComCancel);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(PicBoundaryMarks, 1);
-    layout->addLayout(buttons);
+    OkCancel buttons = AddOkCancel(this, layout);
+    ComOK = buttons.ok;
+    ComCancel = buttons.cancel;
+    ConnectControls();
+    Refill();
+    resize(560, 480);
+}
 
+void FrmBoundary::ConnectControls() {
     connect(OptDatumChart, &QRadioButton::toggled, this, [this] { Refill(); });
     connect(PicBoundaryMarks, &QTableWidget::cellDoubleClicked, this, [this](int row, int) {
         store_.EditBoundaryMark(boundary_, int16_t(row + 1));
@@ -119,8 +113,6 @@ FrmBoundary::FrmBoundary(QWidget* owner, Boundaries& store, NavChart& chart, int
         accept();
     });
     connect(ComCancel, &QPushButton::clicked, this, &QDialog::reject);
-    Refill();
-    resize(560, 480);
 }
 
 void FrmBoundary::Refill() {
@@ -134,26 +126,15 @@ FrmBoundaryDB::FrmBoundaryDB(QWidget* owner, Boundaries& store, NavChart& chart)
     : QDialog(owner), store_(store), chart_(chart) {
     setObjectName("FrmBoundaryDB");
     setWindowTitle("Boundary Alarms");
-    PicBoundaries = new QTableWidget(this);
-    PicBoundaries->setObjectName("PicBoundaries");
+    PicBoundaries = StoreTable(this, "PicBoundaries", [this] { EnableButtons(); }, [this] { ComProperties->click(); });
     ComDisplay = new QPushButton("&Display", this);
     ComDelete = new QPushButton("&Delete", this);
     ComProperties = new QPushButton("&Properties", this);
-    auto* buttons = new QHBoxLayout;
-    for (QPushButton* b : {ComDisplay, ComDelete, ComProperties}) buttons->addWidget(b);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(PicBoundaries, 1);
-    layout->addLayout(buttons);
-    connect(PicBoundaries, &QTableWidget::itemSelectionChanged, this, [this] { EnableButtons(); });
-    connect(PicBoundaries, &QTableWidget::cellDoubleClicked, this, [this] { ComProperties->click(); });
-    connect(ComDisplay, &QPushButton::clicked, this, [this] {
-        store_.DisplayBoundary(SelectedSlot());
-        Refill();
-    });
-    connect(ComDelete, &QPushButton::clicked, this, [this] {
-        store_.DeleteBoundary(SelectedSlot());
-        Refill();
-    });
+    layout->addLayout(ButtonRow({ComDisplay, ComDelete, ComProperties}));
+    OnSelectedSlot(this, ComDisplay, [this](int16_t s) { store_.DisplayBoundary(s); });
+    OnSelectedSlot(this, ComDelete, [this](int16_t s) { store_.DeleteBoundary(s); });
     connect(ComProperties, &QPushButton::clicked, this, [this] {
         if (!SelectedSlot()) return;
         FrmBoundary f(this, store_, chart_, SelectedSlot());
@@ -164,19 +145,12 @@ FrmBoundaryDB::FrmBoundaryDB(QWidget* owner, Boundaries& store, NavChart& chart)
     resize(420, 360);
 }
 
-int16_t FrmBoundaryDB::SelectedSlot() const {
-    int row = SelectedRow(PicBoundaries);
-    return row >= 0 && row < int(slots_.size()) ? slots_[size_t(row)] : int16_t(0);
-}
+int16_t FrmBoundaryDB::SelectedSlot() const { return ombra::SelectedSlot(PicBoundaries, slots_); }
 
 void FrmBoundaryDB::Refill() {
-    std::vector<std::vector<std::string>> rows;
-    slots_.clear();
-    for (const BoundaryRow& r : store_.Rows()) {
-        rows.push_back({r.No, r.Name, r.Display, r.Alarm});
-        slots_.push_back(r.Slot);
-    }
-    FillRows(PicBoundaries, {"No.", "Name", "Display", "Alarm"}, rows);
+    FillSlotRows(
+        PicBoundaries, {"No.", "Name", "Display", "Alarm"}, store_.Rows(),
+        [](const BoundaryRow& r) { return std::vector<std::string>{r.No, r.Name, r.Display, r.Alarm}; }, slots_);
     EnableButtons();
 }
 

@@ -34,6 +34,7 @@ public:
     QPushButton *ComOK, *ComCancel;
 
 private:
+    void ConnectControls();
     Boundaries& store_;
     NavChart& chart_;
     int16_t boundary_;
@@ -44,12 +45,13 @@ class FrmBoundaryDB : public QDialog {
 public:
     FrmBoundaryDB(QWidget* owner, Boundaries& store, NavChart& chart);
     void Refill();
+    // The store slot of the selected row; 0 when none is selected.
+    int16_t SelectedSlot() const;
 
     QTableWidget* PicBoundaries;
     QPushButton *ComDisplay, *ComDelete, *ComProperties;
 
 private:
-    int16_t SelectedSlot() const;
     void EnableButtons();
     Boundaries& store_;
     NavChart& chart_;

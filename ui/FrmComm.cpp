@@ -2,23 +2,12 @@
 
 #include <QFormLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
-#include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "core/Val.h"
 #include "platform/qt/QtServices.h"
+#include "ui/DialogParts.h"
 
 namespace ombra {
-
-QComboBox* BaudRateCombo(QWidget* parent, const char* name, const std::string& rate) {
-    auto* c = new QComboBox(parent);
-    c->setObjectName(name);
-    c->setEditable(true);
-    for (const char* r : kBaudRates) c->addItem(r);
-    c->setCurrentText(Q(rate));
-    return c;
-}
 
 FrmComm::FrmComm(QWidget* owner, const GPSDialogValues& v, std::function<bool()> confirmAutopilot,
                  std::function<void(int16_t, int32_t)> testPort)
@@ -29,15 +18,12 @@ FrmComm::FrmComm(QWidget* owner, const GPSDialogValues& v, std::function<bool()>
     auto* top = new QVBoxLayout(this);
     auto* form = new QFormLayout;
     top->addLayout(form);
-    TxtGPSPort = new QLineEdit(Q(v.Port), this);
-    TxtGPSPort->setObjectName("TxtGPSPort");
-    form->addRow("Comm Port for GPS", TxtGPSPort);
-    TxtGPSDevice = new QLineEdit(Q(v.Device), this);
-    TxtGPSDevice->setObjectName("TxtGPSDevice");
+    PortRows port = AddPortRows(this, form, {"TxtGPSPort", "Comm Port for GPS", "TxtGPSDevice", "TxtGPSBaudRate"},
+                                v.Port, v.Device, v.BaudRate);
+    TxtGPSPort = port.port;
+    TxtGPSDevice = port.device;
     TxtGPSDevice->setToolTip("/dev/ttyUSB0, tcp://host:port, udp://:port or file://log.nmea");
-    form->addRow("Device", TxtGPSDevice);
-    TxtGPSBaudRate = BaudRateCombo(this, "TxtGPSBaudRate", v.BaudRate);
-    form->addRow("Baud Rate", TxtGPSBaudRate);
+    TxtGPSBaudRate = port.baud;
     TxtGPSDelay = new QLineEdit(Q(v.Delay), this);
     TxtGPSDelay->setObjectName("TxtGPSDelay");
     form->addRow("Timeout (Seconds)", TxtGPSDelay);
@@ -48,55 +34,25 @@ FrmComm::FrmComm(QWidget* owner, const GPSDialogValues& v, std::function<bool()>
     form->addRow("Waypoint Format", TxtWPMode);
 
     auto* sentences = new QGroupBox("Position Sentence", this);
-    auto* sl = new QVBoxLayout(sentences);
-    OptSentence = new QButtonGroup(sentences);
-    const char* names[] = {"OptGGA", "OptGLL", "OptRMC", "OptAIVDO"};
-    const char* captions[] = {"GGA / VTG", "GLL / VTG", "RMC", "AIVDO (AIS)"};
-    for (int i = 0; i < 4; ++i) {
-        auto* r = new QRadioButton(captions[i], sentences);
-        r->setObjectName(names[i]);
-        OptSentence->addButton(r, i);
-        sl->addWidget(r);
-    }
-    if (auto* b = OptSentence->button(v.PositionSentence)) b->setChecked(true);
+    OptSentence = RadioGroup(sentences, new QVBoxLayout(sentences), {"OptGGA", "OptGLL", "OptRMC", "OptAIVDO"},
+                             {"GGA / VTG", "GLL / VTG", "RMC", "AIVDO (AIS)"}, v.PositionSentence);
     top->addWidget(sentences);
 
-    auto check = [&](const char* name, const char* caption, bool on) {
-        auto* c = new QCheckBox(caption, this);
-        c->setObjectName(name);
-        c->setChecked(on);
-        top->addWidget(c);
-        return c;
-    };
-    chkChecksums = check("chkChecksums", "Reject sentences with bad checksums", v.Checksums);
-    ChkDiffGPS = check("ChkDiffGPS", "Differential GPS", v.DiffGPS);
-    ChkAutoPilot = check("ChkAutoPilot", "Autopilot output", v.AutoPilot);
-    ChkAutoAdvance = check("ChkAutoAdvance", "Advance to the next route point automatically", v.AutoAdvance);
+    chkChecksums = NamedCheck(this, top, "chkChecksums", "Reject sentences with bad checksums", v.Checksums);
+    ChkDiffGPS = NamedCheck(this, top, "ChkDiffGPS", "Differential GPS", v.DiffGPS);
+    ChkAutoPilot = NamedCheck(this, top, "ChkAutoPilot", "Autopilot output", v.AutoPilot);
+    ChkAutoAdvance =
+        NamedCheck(this, top, "ChkAutoAdvance", "Advance to the next route point automatically", v.AutoAdvance);
     connect(ChkAutoPilot, &QCheckBox::clicked, this, [this, confirmAutopilot](bool on) {
         if (on && confirmAutopilot && !confirmAutopilot()) ChkAutoPilot->setChecked(false);
     });
 
-    auto* buttons = new QHBoxLayout;
-    top->addLayout(buttons);
-    ComTestPort = new QPushButton("Test Port Settings", this);
-    ComTestPort->setObjectName("ComTestPort");
-    ComOK = new QPushButton("OK", this);
-    ComOK->setObjectName("ComOK");
+    ComTestPort = TestPortButton(this, port, std::move(testPort));
+    OkCancel buttons = AddOkCancel(this, top, {ComTestPort});
+    ComOK = buttons.ok;
     ComOK->setDefault(true);
-    ComCancel = new QPushButton("Cancel", this);
-    ComCancel->setObjectName("ComCancel");
-    buttons->addWidget(ComTestPort);
-    buttons->addStretch(1);
-    buttons->addWidget(ComOK);
-    buttons->addWidget(ComCancel);
-    connect(ComTestPort, &QPushButton::clicked, this, [this, testPort] {
-        if (testPort) testPort(int16_t(Val(S(TxtGPSPort->text()))), int32_t(Val(S(TxtGPSBaudRate->currentText()))));
-    });
-    connect(ComOK, &QPushButton::clicked, this, [this] {
-        result_ = "OK";
-        accept();
-    });
-    connect(ComCancel, &QPushButton::clicked, this, &QDialog::reject);
+    ComCancel = buttons.cancel;
+    ConnectOkCancel(this, buttons, &result_);
 }
 
 GPSDialogValues FrmComm::Values() const {

@@ -37,7 +37,4 @@ private:
     QString result_ = "Cancel";
 };
 
-// A combo box of the baud rates, showing `rate` (added if unusual).
-QComboBox* BaudRateCombo(QWidget* parent, const char* name, const std::string& rate);
-
 }  // namespace ombra

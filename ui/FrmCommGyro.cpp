@@ -1,13 +1,9 @@
 #include "ui/FrmCommGyro.h"
 
 #include <QFormLayout>
-#include <QHBoxLayout>
-#include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "core/Val.h"
 #include "platform/qt/QtServices.h"
-#include "ui/FrmComm.h"
 
 namespace ombra {
 
@@ -17,56 +13,30 @@ FrmCommGyro::FrmCommGyro(QWidget* owner, const GyroDialogValues& v, std::functio
     setWindowTitle("Gyro Settings");
     setModal(true);
     auto* top = new QVBoxLayout(this);
-    OptGyro = new QButtonGroup(this);
-    const char* names[] = {"OptNoGyro", "OptUseGPSPort", "OptUseGyroPort"};
-    const char* captions[] = {"No Gyro, use the Course Over Ground", "Use Gyro data from GPS port, if available",
-                              "Use a seperate port for Gyro data"};
-    for (int i = 0; i < 3; ++i) {
-        auto* r = new QRadioButton(captions[i], this);
-        r->setObjectName(names[i]);
-        OptGyro->addButton(r, i);
-        top->addWidget(r);
-    }
-    if (auto* b = OptGyro->button(v.Choice)) b->setChecked(true);
+    OptGyro = RadioGroup(this, top, {"OptNoGyro", "OptUseGPSPort", "OptUseGyroPort"},
+                         {"No Gyro, use the Course Over Ground", "Use Gyro data from GPS port, if available",
+                          "Use a seperate port for Gyro data"},
+                         v.Choice);
     auto* form = new QFormLayout;
     top->addLayout(form);
-    TxtGyroPort = new QLineEdit(Q(v.Port), this);
-    TxtGyroPort->setObjectName("TxtGyroPort");
-    form->addRow("Comm Port for Gyro", TxtGyroPort);
-    TxtGyroDevice = new QLineEdit(Q(v.Device), this);
-    TxtGyroDevice->setObjectName("TxtGyroDevice");
-    form->addRow("Device", TxtGyroDevice);
-    TxtGyroBaudRate = BaudRateCombo(this, "TxtGyroBaudRate", v.BaudRate);
-    form->addRow("Baud Rate", TxtGyroBaudRate);
-    auto* buttons = new QHBoxLayout;
-    top->addLayout(buttons);
-    ComTestPort = new QPushButton("Test Port Settings", this);
-    ComTestPort->setObjectName("ComTestPort");
-    ComOK = new QPushButton("OK", this);
-    ComOK->setObjectName("ComOK");
-    ComCancel = new QPushButton("Cancel", this);
-    ComCancel->setObjectName("ComCancel");
-    buttons->addWidget(ComTestPort);
-    buttons->addStretch(1);
-    buttons->addWidget(ComOK);
-    buttons->addWidget(ComCancel);
+    port_ = AddPortRows(this, form, {"TxtGyroPort", "Comm Port for Gyro", "TxtGyroDevice", "TxtGyroBaudRate"}, v.Port,
+                        v.Device, v.BaudRate);
+    TxtGyroPort = port_.port;
+    TxtGyroDevice = port_.device;
+    TxtGyroBaudRate = port_.baud;
+    ComTestPort = TestPortButton(this, port_, std::move(testPort));
+    OkCancel buttons = AddOkCancel(this, top, {ComTestPort});
+    ComOK = buttons.ok;
+    ComCancel = buttons.cancel;
     connect(OptGyro, &QButtonGroup::idClicked, this, [this](int) { ChoiceChanged(); });
-    connect(ComTestPort, &QPushButton::clicked, this, [this, testPort] {
-        if (testPort) testPort(int16_t(Val(S(TxtGyroPort->text()))), int32_t(Val(S(TxtGyroBaudRate->currentText()))));
-    });
-    connect(ComOK, &QPushButton::clicked, this, [this] {
-        result_ = "OK";
-        accept();
-    });
-    connect(ComCancel, &QPushButton::clicked, this, &QDialog::reject);
+    ConnectOkCancel(this, buttons, &result_);
     ChoiceChanged();
 }
 
+// The port rows and the tester are for a gyro on a port of its own.
 void FrmCommGyro::ChoiceChanged() {
     bool own = OptGyro->checkedId() == 2;
-    TxtGyroPort->setEnabled(own);
-    TxtGyroDevice->setEnabled(own);
-    TxtGyroBaudRate->setEnabled(own);
+    port_.SetEnabled(own);
     ComTestPort->setEnabled(own);
 }
 

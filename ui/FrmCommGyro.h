@@ -10,6 +10,7 @@
 #include <functional>
 
 #include "instruments/InstrumentDialogs.h"
+#include "ui/DialogParts.h"
 
 namespace ombra {
 
@@ -27,6 +28,7 @@ public:
 
 private:
     void ChoiceChanged();
+    PortRows port_{};
     QString result_ = "Cancel";
 };
 

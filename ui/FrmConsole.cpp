@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "instruments/Console.h"
+#include "ui/DialogParts.h"
 
 namespace ombra {
 
@@ -28,10 +29,7 @@ FrmConsole::FrmConsole(QWidget* owner, const Console& console) : QDialog(owner) 
     setWindowTitle("Console Options");
     setModal(true);
     auto* top = new QVBoxLayout(this);
-    ChkConsoleVisible = new QCheckBox("Show the console", this);
-    ChkConsoleVisible->setObjectName("ChkConsoleVisible");
-    ChkConsoleVisible->setChecked(console.Visible);
-    top->addWidget(ChkConsoleVisible);
+    ChkConsoleVisible = NamedCheck(this, top, "ChkConsoleVisible", "Show the console", console.Visible);
     auto* tabs = new QTabWidget(this);
     top->addWidget(tabs);
     const auto& frames = Console::Frames();
@@ -55,20 +53,10 @@ FrmConsole::FrmConsole(QWidget* owner, const Console& console) : QDialog(owner) 
         l->addStretch(1);
         tabs->addTab(w, pageNames[page]);
     }
-    auto* buttons = new QHBoxLayout;
-    top->addLayout(buttons);
-    ComOK = new QPushButton("OK", this);
-    ComOK->setObjectName("ComOK");
-    ComCancel = new QPushButton("Cancel", this);
-    ComCancel->setObjectName("ComCancel");
-    buttons->addStretch(1);
-    buttons->addWidget(ComOK);
-    buttons->addWidget(ComCancel);
-    connect(ComOK, &QPushButton::clicked, this, [this] {
-        result_ = "OK";
-        accept();
-    });
-    connect(ComCancel, &QPushButton::clicked, this, &QDialog::reject);
+    OkCancel buttons = AddOkCancel(this, top);
+    ComOK = buttons.ok;
+    ComCancel = buttons.cancel;
+    ConnectOkCancel(this, buttons, &result_);
 }
 
 void FrmConsole::Apply(Console& console) const {

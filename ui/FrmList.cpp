@@ -40,6 +40,7 @@ int FrmList::Choose() {
 
 }  // namespace ombra
 
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QTableWidget>
 
@@ -67,6 +68,26 @@ void FillRows(QTableWidget* table, const std::vector<std::string>& headers,
 int SelectedRow(QTableWidget* table) {
     auto sel = table->selectionModel() ? table->selectionModel()->selectedRows() : QModelIndexList{};
     return sel.isEmpty() ? -1 : sel.first().row();
+}
+
+QTableWidget* StoreTable(QWidget* parent, const char* name, std::function<void()> selectionChanged,
+                         std::function<void()> doubleClicked) {
+    auto* t = new QTableWidget(parent);
+    t->setObjectName(name);
+    QObject::connect(t, &QTableWidget::itemSelectionChanged, parent, std::move(selectionChanged));
+    QObject::connect(t, &QTableWidget::cellDoubleClicked, parent, [doubleClicked] { doubleClicked(); });
+    return t;
+}
+
+QHBoxLayout* ButtonRow(std::initializer_list<QPushButton*> buttons) {
+    auto* row = new QHBoxLayout;
+    for (QPushButton* b : buttons) row->addWidget(b);
+    return row;
+}
+
+int16_t SelectedSlot(QTableWidget* table, const std::vector<int16_t>& rowSlots) {
+    int row = SelectedRow(table);
+    return row >= 0 && row < int(rowSlots.size()) ? rowSlots[size_t(row)] : int16_t(0);
 }
 
 }  // namespace ombra

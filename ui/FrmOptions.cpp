@@ -9,33 +9,26 @@
 
 #include "core/Units.h"
 #include "platform/qt/QtServices.h"
+#include "ui/DialogParts.h"
 
 namespace ombra {
 
 namespace {
+// A titled box of radio buttons named <name>_0, <name>_1, ... with ids in
+// caption order; the box and the group are named `name` too.
 QButtonGroup* Options(QWidget* parent, QLayout* into, const char* name, const QString& title,
                       std::initializer_list<const char*> captions) {
     auto* box = new QGroupBox(title, parent);
     box->setObjectName(name);
-    auto* l = new QVBoxLayout(box);
-    auto* group = new QButtonGroup(box);
-    group->setObjectName(name);
-    int i = 0;
+    QStringList names, texts;
     for (const char* c : captions) {
-        auto* r = new QRadioButton(QString::fromUtf8(c), box);
-        r->setObjectName(QString("%1_%2").arg(name).arg(i));
-        group->addButton(r, i++);
-        l->addWidget(r);
+        names << QString("%1_%2").arg(name).arg(names.size());
+        texts << QString::fromUtf8(c);
     }
+    QButtonGroup* group = RadioGroup(box, new QVBoxLayout(box), names, texts);
+    group->setObjectName(name);
     into->addWidget(box);
     return group;
-}
-
-QCheckBox* Check(QWidget* parent, QLayout* into, const char* name, const char* caption) {
-    auto* c = new QCheckBox(QString::fromUtf8(caption), parent);
-    c->setObjectName(name);
-    into->addWidget(c);
-    return c;
 }
 
 QComboBox* LabelCombo(QWidget* parent, const char* name) {
@@ -57,8 +50,30 @@ FrmOptions::FrmOptions(QWidget* owner, const OptionsValues& v) : QDialog(owner) 
     auto* top = new QVBoxLayout(this);
     auto* tabs = new QTabWidget(this);
     top->addWidget(tabs);
+    BuildDisplayTab(tabs);
+    BuildAlarmsTab(tabs);
+    BuildCourseTab(tabs);
+    BuildStartupTab(tabs);
 
-    // Units and display.
+    OkCancel buttons = AddOkCancel(this, top);
+    ComOK = buttons.ok;
+    ComCancel = buttons.cancel;
+    connect(ComOK, &QPushButton::clicked, this, [this] {
+        result_ = "OK";
+        hide();
+        accept();
+    });
+    connect(ComCancel, &QPushButton::clicked, this, [this] {
+        result_ = "Cancel";
+        hide();
+        reject();
+    });
+    Fill(v);
+    connect(OptDistance, &QButtonGroup::idClicked, this, [this](int id) { DistanceUnitChanged(id); });
+}
+
+// Units, what the chart shows and the default labels of new objects.
+void FrmOptions::BuildDisplayTab(QTabWidget* tabs) {
     auto* display = new QWidget(tabs);
     auto* dl = new QVBoxLayout(display);
     auto* unitsRow = new QHBoxLayout;
@@ -70,8 +85,8 @@ FrmOptions::FrmOptions(QWidget* owner, const OptionsValues& v) : QDialog(owner) 
     dl->addLayout(showRow);
     auto* checks = new QVBoxLayout;
     showRow->addLayout(checks);
-    ChkShowZoomRect = Check(display, checks, "ChkShowZoomRect", "Show zoom area rectangle");
-    ChkActiveCoordDisplay = Check(display, checks, "ChkActiveCoordDisplay", "Active position display");
+    ChkShowZoomRect = NamedCheck(display, checks, "ChkShowZoomRect", "Show zoom area rectangle");
+    ChkActiveCoordDisplay = NamedCheck(display, checks, "ChkActiveCoordDisplay", "Active position display");
     OptRangeDP = Options(display, showRow, "OptRangeDP", "Range decimal places", {"3 places", "2 places"});
     auto* labels = new QGroupBox("Default labels", display);
     auto* ll = new QGridLayout(labels);
@@ -86,24 +101,30 @@ FrmOptions::FrmOptions(QWidget* owner, const OptionsValues& v) : QDialog(owner) 
     ll->addWidget(ComboDefBoundaryLabel, 2, 1);
     dl->addWidget(labels);
     tabs->addTab(display, "Display");
+}
 
-    // Alarms.
+// The arrival, cross-track and predictor alarms, ranges with their unit.
+void FrmOptions::BuildAlarmsTab(QTabWidget* tabs) {
     auto* alarms = new QWidget(tabs);
     auto* al = new QGridLayout(alarms);
-    ChkWaypointArrival = new QCheckBox("Waypoint arrival alarm", alarms);
-    ChkWaypointArrival->setObjectName("ChkWaypointArrival");
-    TxtWPAlarmRange = new QLineEdit(alarms);
-    TxtWPAlarmRange->setObjectName("TxtWPAlarmRange");
-    LabWPAlarmRangeUnits = new QLabel(alarms);
-    LabWPAlarmRangeUnits->setObjectName("LabWPAlarmRangeUnits");
-    ChKXTE = new QCheckBox("Cross track error alarm", alarms);
-    ChKXTE->setObjectName("ChKXTE");
-    TxtXTEAlarmRange = new QLineEdit(alarms);
-    TxtXTEAlarmRange->setObjectName("TxtXTEAlarmRange");
-    LabXTEAlarmRangeUnits = new QLabel(alarms);
-    LabXTEAlarmRangeUnits->setObjectName("LabXTEAlarmRangeUnits");
-    ChkPredictorTriggers = new QCheckBox("Boundary alarms triggered by the predictor line", alarms);
-    ChkPredictorTriggers->setObjectName("ChkPredictorTriggers");
+    auto edit = [&](const char* name) {
+        auto* e = new QLineEdit(alarms);
+        e->setObjectName(name);
+        return e;
+    };
+    auto label = [&](const char* name) {
+        auto* l = new QLabel(alarms);
+        l->setObjectName(name);
+        return l;
+    };
+    ChkWaypointArrival = NamedCheck(alarms, nullptr, "ChkWaypointArrival", "Waypoint arrival alarm");
+    TxtWPAlarmRange = edit("TxtWPAlarmRange");
+    LabWPAlarmRangeUnits = label("LabWPAlarmRangeUnits");
+    ChKXTE = NamedCheck(alarms, nullptr, "ChKXTE", "Cross track error alarm");
+    TxtXTEAlarmRange = edit("TxtXTEAlarmRange");
+    LabXTEAlarmRangeUnits = label("LabXTEAlarmRangeUnits");
+    ChkPredictorTriggers =
+        NamedCheck(alarms, nullptr, "ChkPredictorTriggers", "Boundary alarms triggered by the predictor line");
     al->addWidget(ChkWaypointArrival, 0, 0);
     al->addWidget(TxtWPAlarmRange, 0, 1);
     al->addWidget(LabWPAlarmRangeUnits, 0, 2);
@@ -113,8 +134,10 @@ FrmOptions::FrmOptions(QWidget* owner, const OptionsValues& v) : QDialog(owner) 
     al->addWidget(ChkPredictorTriggers, 2, 0, 1, 3);
     al->setRowStretch(3, 1);
     tabs->addTab(alarms, "Alarms");
+}
 
-    // Rhumb line or great circle.
+// Rhumb line or great circle, for each kind of course and distance.
+void FrmOptions::BuildCourseTab(QTabWidget* tabs) {
     auto* rl = new QWidget(tabs);
     auto* rll = new QGridLayout(rl);
     auto pair = [&](const char* name, const char* title, int row, int col) {
@@ -128,17 +151,17 @@ FrmOptions::FrmOptions(QWidget* owner, const OptionsValues& v) : QDialog(owner) 
     OptRBL = pair("OptRBL", "Range bearing lines", 1, 0);
     OptRoutesDefault = pair("OptRoutesDefault", "Dividers and routes default", 1, 1);
     tabs->addTab(rl, "Rhumb Line / Great Circle");
+}
 
-    // Start-up.
+// What happens at start-up: the GPS, the chart, the datum, autoscroll.
+void FrmOptions::BuildStartupTab(QTabWidget* tabs) {
     auto* st = new QWidget(tabs);
     auto* sl = new QGridLayout(st);
     ComboGPSStartOpt = new QComboBox(st);
     ComboGPSStartOpt->setObjectName("ComboGPSStartOpt");
     for (const char* t : kGPSStartOptions) ComboGPSStartOpt->addItem(t);
-    ChkAutoChart = new QCheckBox("Automatic chart selection on startup", st);
-    ChkAutoChart->setObjectName("ChkAutoChart");
-    ChkForceWGS84 = new QCheckBox("Display all coordinates in WGS-84 Datum", st);
-    ChkForceWGS84->setObjectName("ChkForceWGS84");
+    ChkAutoChart = NamedCheck(st, nullptr, "ChkAutoChart", "Automatic chart selection on startup");
+    ChkForceWGS84 = NamedCheck(st, nullptr, "ChkForceWGS84", "Display all coordinates in WGS-84 Datum");
     TxtAutoscroll = new QLineEdit(st);
     TxtAutoscroll->setObjectName("TxtAutoscroll");
     sl->addWidget(new QLabel("GPS at start-up", st), 0, 0);
@@ -149,28 +172,9 @@ FrmOptions::FrmOptions(QWidget* owner, const OptionsValues& v) : QDialog(owner) 
     sl->addWidget(TxtAutoscroll, 3, 1);
     sl->setRowStretch(4, 1);
     tabs->addTab(st, "Start-up");
+}
 
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    ComOK = new QPushButton("OK", this);
-    ComOK->setObjectName("ComOK");
-    ComCancel = new QPushButton("Cancel", this);
-    ComCancel->setObjectName("ComCancel");
-    buttons->addWidget(ComOK);
-    buttons->addWidget(ComCancel);
-    top->addLayout(buttons);
-    connect(ComOK, &QPushButton::clicked, this, [this] {
-        result_ = "OK";
-        hide();
-        accept();
-    });
-    connect(ComCancel, &QPushButton::clicked, this, [this] {
-        result_ = "Cancel";
-        hide();
-        reject();
-    });
-
-    // Fill.
+void FrmOptions::Fill(const OptionsValues& v) {
     Set(OptDistance, v.DistanceUnit);
     Set(OptSpeed, v.SpeedUnit);
     Set(OptAngle, v.AngleUnit);
@@ -196,7 +200,6 @@ FrmOptions::FrmOptions(QWidget* owner, const OptionsValues& v) : QDialog(owner) 
     u.DistanceUnit = int16_t(shownUnit_);
     LabWPAlarmRangeUnits->setText(Q(u.UnitText(UnitKind::Distance)));
     LabXTEAlarmRangeUnits->setText(Q(u.UnitText(UnitKind::Distance)));
-    connect(OptDistance, &QButtonGroup::idClicked, this, [this](int id) { DistanceUnitChanged(id); });
 }
 
 // The ranges keep their distance when the unit changes: the text is read in

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTabWidget>
 
 #include "core/Options.h"
 
@@ -34,6 +35,13 @@ public:
     QPushButton *ComOK, *ComCancel;
 
 private:
+    // One builder a tab, in tab order.
+    void BuildDisplayTab(QTabWidget* tabs);
+    void BuildAlarmsTab(QTabWidget* tabs);
+    void BuildCourseTab(QTabWidget* tabs);
+    void BuildStartupTab(QTabWidget* tabs);
+    // Shows `values` in the controls.
+    void Fill(const OptionsValues& values);
     void DistanceUnitChanged(int unit);
     QString result_ = "Cancel";
     int shownUnit_ = 0;

@@ -11,6 +11,7 @@
 #include "navobjects/NavChart.h"
 #include "navobjects/Routes.h"
 #include "platform/qt/QtServices.h"
+#include "ui/DialogParts.h"
 #include "ui/FrmList.h"
 
 namespace ombra {
@@ -19,46 +20,40 @@ FrmRoute::FrmRoute(QWidget* owner, Routes& store, Activation& activation, NavCha
                    int16_t route)
     : QDialog(owner), store_(store), act_(activation), chart_(chart), units_(units), route_(route) {
     setObjectName("FrmRoute");
-    const Route* r = store_.At(route_);
     setWindowTitle(Q("Route " + Format(route_, "000")));
+    const Route* r = store_.At(route_);
     TxtName = new QLineEdit(r ? Q(r->Name) : QString(), this);
     TxtName->setObjectName("TxtName");
     TxtDescription = new QLineEdit(r ? Q(r->Description) : QString(), this);
     TxtDescription->setObjectName("TxtDescription");
-    ChkDisplay = new QCheckBox("Display", this);
-    ChkDisplay->setObjectName("ChkDisplay");
-    ChkDisplay->setChecked(r && r->Display);
-    ChkLegText = new QCheckBox("Display Leg Dist && Brg", this);
-    ChkLegText->setObjectName("ChkLegText");
-    ChkLegText->setChecked(r && r->ShowLegText);
-    ComboColour = new QComboBox(this);
-    ComboColour->setObjectName("ComboColour");
-    for (int i = 0; i < kColourCount; ++i) {
-        QPixmap swatch(16, 12);
-        Rgb c = TableColour(int16_t(i));
-        swatch.fill(QColor(int((c >> 16) & 255), int((c >> 8) & 255), int(c & 255)));
-        ComboColour->addItem(QIcon(swatch), kColourNames[i]);
-    }
-    ComboColour->setCurrentIndex(r && r->Colour >= 0 && r->Colour < kColourCount ? r->Colour : 0);
+    ChkDisplay = NamedCheck(this, nullptr, "ChkDisplay", "Display", r && r->Display);
+    ChkLegText = NamedCheck(this, nullptr, "ChkLegText", "Display Leg Dist && Brg", r && r->ShowLegText);
+    ComboColour = ColourCombo(this, "ComboColour", r ? r->Colour : 0);
     PicRoutePts = new QTableWidget(this);
     PicRoutePts->setObjectName("PicRoutePts");
     PicLegs = new QTableWidget(this);
     PicLegs->setObjectName("PicLegs");
     LabTotal = new QLabel(this);
     LabTotal->setObjectName("LabTotal");
-    ComActivate = new QPushButton("&Activate", this);
-    ComDelete = new QPushButton("&Delete", this);
-    ComProperties = new QPushButton("&Properties", this);
-    ComExport = new QPushButton("E&xport to GPS", this);
-    ComZoom = new QPushButton("&Zoom", this);
-    ComOK = new QPushButton("OK", this);
-    ComCancel = new QPushButton("Cancel", this);
-    ComActivate->setObjectName("ComActivate");
-    ComDelete->setObjectName("ComDelete");
-    ComProperties->setObjectName("ComProperties");
-    ComExport->setObjectName("ComExport");
-    ComZoom->setObjectName("ComZoom");
+    auto button = [this](const char* name, const char* caption) {
+        auto* b = new QPushButton(caption, this);
+        b->setObjectName(name);
+        return b;
+    };
+    ComActivate = button("ComActivate", "&Activate");
+    ComDelete = button("ComDelete", "&Delete");
+    ComProperties = button("ComProperties", "&Properties");
+    ComExport = button("ComExport", "E&xport to GPS");
+    ComZoom = button("ComZoom", "&Zoom");
+    LayOut();
+    ConnectControls();
+    Refill();
+    resize(760, 460);
+}
 
+// The name and display choices above, the points and legs side by side,
+// the total under them and the buttons at the foot.
+void FrmRoute::LayOut() {
     auto* form = new QFormLayout;
     form->addRow("Name", TxtName);
     form->addRow("Description", TxtDescription);
@@ -70,19 +65,19 @@ FrmRoute::FrmRoute(QWidget* owner, Routes& store, Activation& activation, NavCha
     auto* lists = new QHBoxLayout;
     lists->addWidget(PicRoutePts, 3);
     lists->addWidget(PicLegs, 2);
-    auto* buttons = new QHBoxLayout;
-    for (QPushButton* b : {ComActivate, ComDelete, ComProperties, ComExport, ComZoom}) buttons->addWidget(b);
-    buttons->addStretch();
-    buttons->addWidget(ComOK);
-    buttons->addWidget(ComCancel);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addLayout(lists, 1);
     layout->addWidget(LabTotal);
-    layout->addLayout(buttons);
+    OkCancel buttons = AddOkCancel(this, layout, {ComActivate, ComDelete, ComProperties, ComExport, ComZoom});
+    ComOK = buttons.ok;
+    ComCancel = buttons.cancel;
+}
 
+void FrmRoute::ConnectControls() {
     connect(PicRoutePts, &QTableWidget::itemSelectionChanged, this, [this] { EnableButtons(); });
     connect(PicRoutePts, &QTableWidget::cellDoubleClicked, this, [this] { ComProperties->click(); });
+    // A click on a leg's kind swaps it between rhumb line and great circle.
     connect(PicLegs, &QTableWidget::cellClicked, this, [this](int row, int col) {
         if (col != 1) return;
         store_.SwapLegKind(route_, int16_t(row + 1));
@@ -93,6 +88,7 @@ FrmRoute::FrmRoute(QWidget* owner, Routes& store, Activation& activation, NavCha
         else act_.ActivateRoute(route_, SelectedPoint());
         Refill();
     });
+    // Deleting the last point deletes the route, and the dialog closes.
     connect(ComDelete, &QPushButton::clicked, this, [this] {
         if (SelectedPoint()) store_.DeleteRoutePoint(route_, SelectedPoint());
         if (!store_.At(route_) || !store_.At(route_)->Used()) {
@@ -117,8 +113,6 @@ FrmRoute::FrmRoute(QWidget* owner, Routes& store, Activation& activation, NavCha
         accept();
     });
     connect(ComCancel, &QPushButton::clicked, this, &QDialog::reject);
-    Refill();
-    resize(760, 460);
 }
 
 int16_t FrmRoute::SelectedPoint() const { return int16_t(SelectedRow(PicRoutePts) + 1); }

@@ -38,6 +38,8 @@ public:
     QPushButton *ComActivate, *ComDelete, *ComProperties, *ComExport, *ComZoom, *ComOK, *ComCancel;
 
 private:
+    void LayOut();
+    void ConnectControls();
     int16_t SelectedPoint() const;
     void EnableButtons();
     void Store();

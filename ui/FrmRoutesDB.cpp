@@ -13,30 +13,18 @@ FrmRoutesDB::FrmRoutesDB(QWidget* owner, Routes& store, Activation& activation)
     : QDialog(owner), store_(store), act_(activation) {
     setObjectName("FrmRoutesDB");
     setWindowTitle("Routes DB");
-    PicRoutes = new QTableWidget(this);
-    PicRoutes->setObjectName("PicRoutes");
+    PicRoutes = StoreTable(this, "PicRoutes", [this] { EnableButtons(); }, [this] { ComProperties->click(); });
     ComDisplay = new QPushButton("&Display", this);
     ComDelete = new QPushButton("&Delete", this);
     ComProperties = new QPushButton("&Properties", this);
     ComActivate = new QPushButton("&Activate", this);
-    auto* buttons = new QHBoxLayout;
-    for (QPushButton* b : {ComDisplay, ComDelete, ComProperties, ComActivate}) buttons->addWidget(b);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(PicRoutes, 1);
-    layout->addLayout(buttons);
-    connect(PicRoutes, &QTableWidget::itemSelectionChanged, this, [this] { EnableButtons(); });
-    connect(PicRoutes, &QTableWidget::cellDoubleClicked, this, [this] { ComProperties->click(); });
-    connect(ComDisplay, &QPushButton::clicked, this, [this] {
-        store_.DisplayRoute(SelectedSlot());
-        Refill();
-    });
-    connect(ComDelete, &QPushButton::clicked, this, [this] {
-        store_.DeleteRoute(SelectedSlot());
-        Refill();
-    });
-    connect(ComProperties, &QPushButton::clicked, this, [this] {
-        if (ShowRoute && SelectedSlot()) ShowRoute(SelectedSlot());
-        Refill();
+    layout->addLayout(ButtonRow({ComDisplay, ComDelete, ComProperties, ComActivate}));
+    OnSelectedSlot(this, ComDisplay, [this](int16_t s) { store_.DisplayRoute(s); });
+    OnSelectedSlot(this, ComDelete, [this](int16_t s) { store_.DeleteRoute(s); });
+    OnSelectedSlot(this, ComProperties, [this](int16_t s) {
+        if (ShowRoute && s) ShowRoute(s);
     });
     connect(ComActivate, &QPushButton::clicked, this, [this] {
         int16_t s = SelectedSlot();
@@ -49,19 +37,12 @@ FrmRoutesDB::FrmRoutesDB(QWidget* owner, Routes& store, Activation& activation)
     resize(420, 360);
 }
 
-int16_t FrmRoutesDB::SelectedSlot() const {
-    int row = SelectedRow(PicRoutes);
-    return row >= 0 && row < int(slots_.size()) ? slots_[size_t(row)] : int16_t(0);
-}
+int16_t FrmRoutesDB::SelectedSlot() const { return ombra::SelectedSlot(PicRoutes, slots_); }
 
 void FrmRoutesDB::Refill() {
-    std::vector<std::vector<std::string>> rows;
-    slots_.clear();
-    for (const RouteRow& r : store_.Rows()) {
-        rows.push_back({r.No, r.Name, r.Display, r.Active});
-        slots_.push_back(r.Slot);
-    }
-    FillRows(PicRoutes, {"No.", "Name", "Display", "Active"}, rows);
+    FillSlotRows(
+        PicRoutes, {"No.", "Name", "Display", "Active"}, store_.Rows(),
+        [](const RouteRow& r) { return std::vector<std::string>{r.No, r.Name, r.Display, r.Active}; }, slots_);
     EnableButtons();
 }
 

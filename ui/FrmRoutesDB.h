@@ -18,13 +18,14 @@ class FrmRoutesDB : public QDialog {
 public:
     FrmRoutesDB(QWidget* owner, Routes& store, Activation& activation);
     void Refill();
+    // The store slot of the selected row; 0 when none is selected.
+    int16_t SelectedSlot() const;
     std::function<void(int16_t route)> ShowRoute;
 
     QTableWidget* PicRoutes;
     QPushButton *ComDisplay, *ComDelete, *ComProperties, *ComActivate;
 
 private:
-    int16_t SelectedSlot() const;
     void EnableButtons();
     Routes& store_;
     Activation& act_;

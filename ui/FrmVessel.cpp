@@ -2,10 +2,10 @@
 
 #include <QFormLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QVBoxLayout>
 
 #include "platform/qt/QtServices.h"
+#include "ui/DialogParts.h"
 
 namespace ombra {
 
@@ -21,10 +21,7 @@ FrmVessel::FrmVessel(QWidget* owner, const VesselDialogValues& v, std::function<
         return e;
     };
     auto check = [&](const char* name, const char* caption, bool on) {
-        auto* c = new QCheckBox(caption, this);
-        c->setObjectName(name);
-        c->setChecked(on);
-        return c;
+        return NamedCheck(this, nullptr, name, caption, on);
     };
     auto* general = new QGroupBox("Vessel", this);
     auto* gf = new QFormLayout(general);
@@ -68,15 +65,9 @@ FrmVessel::FrmVessel(QWidget* owner, const VesselDialogValues& v, std::function<
     tf->addRow(ChkTrackDisplay);
     top->addWidget(track);
 
-    auto* buttons = new QHBoxLayout;
-    top->addLayout(buttons);
-    ComOK = new QPushButton("OK", this);
-    ComOK->setObjectName("ComOK");
-    ComCancel = new QPushButton("Cancel", this);
-    ComCancel->setObjectName("ComCancel");
-    buttons->addStretch(1);
-    buttons->addWidget(ComOK);
-    buttons->addWidget(ComCancel);
+    OkCancel buttons = AddOkCancel(this, top);
+    ComOK = buttons.ok;
+    ComCancel = buttons.cancel;
     connect(ComOK, &QPushButton::clicked, this, [this, apply] {
         if (!apply || apply(Values())) accept();
     });

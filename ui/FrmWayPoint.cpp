@@ -9,6 +9,7 @@
 #include "core/Units.h"
 #include "navobjects/Symbols.h"
 #include "platform/qt/QtServices.h"
+#include "ui/DialogParts.h"
 
 namespace ombra {
 
@@ -68,18 +69,14 @@ FrmWayPoint::FrmWayPoint(QWidget* owner, const SymbolStrips& symbols, const Unit
     TxtRange = new QLineEdit(Q(f.RangeText), this);
     TxtRange->setObjectName("TxtRange");
     LabRangeUnits = new QLabel(Q(units.UnitText(UnitKind::Distance)), this);
-    ChkShowRange = new QCheckBox("Show Alarm Range", this);
-    ChkShowRange->setObjectName("ChkShowRange");
-    ChkShowRange->setChecked(f.ShowRange);
+    ChkShowRange = NamedCheck(this, nullptr, "ChkShowRange", "Show Alarm Range", f.ShowRange);
 
-    ComOK = new QPushButton("OK", this);
-    ComOK->setObjectName("ComOK");
-    ComOK->setDefault(true);
-    ComCancel = new QPushButton("Cancel", this);
-    ComCancel->setObjectName("ComCancel");
-    connect(ComOK, &QPushButton::clicked, this, [this] { ComOK_Click(); });
-    connect(ComCancel, &QPushButton::clicked, this, &QDialog::reject);
+    LayOut();
+}
 
+// The database, name and position above, the symbol picker, the label and
+// the arrival range under them, OK and Cancel at the foot.
+void FrmWayPoint::LayOut() {
     auto* form = new QFormLayout;
     form->addRow(LabDatabase, LabDbName);
     form->addRow("Name", TxtName);
@@ -98,13 +95,14 @@ FrmWayPoint::FrmWayPoint(QWidget* owner, const SymbolStrips& symbols, const Unit
     range->addWidget(LabRangeUnits);
     form->addRow(range);
     form->addRow(ChkShowRange);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ComOK);
-    buttons->addWidget(ComCancel);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
-    layout->addLayout(buttons);
+    OkCancel buttons = AddOkCancel(this, layout);
+    ComOK = buttons.ok;
+    ComOK->setDefault(true);
+    ComCancel = buttons.cancel;
+    connect(ComOK, &QPushButton::clicked, this, [this] { ComOK_Click(); });
+    connect(ComCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void FrmWayPoint::ShowIcon(int icon) { PicIcon->setPixmap(SymbolPixmap(symbols_, icon < 0 ? 0 : icon)); }

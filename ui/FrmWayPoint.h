@@ -37,6 +37,7 @@ public:
     QPushButton *ComOK, *ComCancel;
 
 private:
+    void LayOut();
     void ComOK_Click();
     void ShowIcon(int icon);
     const SymbolStrips& symbols_;

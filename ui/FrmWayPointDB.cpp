@@ -15,8 +15,7 @@ FrmWayPointDB::FrmWayPointDB(QWidget* owner, Waypoints& store, Activation& activ
     : QDialog(owner), store_(store), act_(activation), chart_(chart) {
     setObjectName("FrmWayPointDB");
     setWindowTitle("Waypoint DB");
-    PicWaypoints = new QTableWidget(this);
-    PicWaypoints->setObjectName("PicWaypoints");
+    PicWaypoints = StoreTable(this, "PicWaypoints", [this] { EnableButtons(); }, [this] { ComProperties->click(); });
     auto* datum = new QGroupBox("Datum", this);
     OptWGS84 = new QRadioButton("WGS84", datum);
     OptChart = new QRadioButton("Chart", datum);
@@ -29,16 +28,12 @@ FrmWayPointDB::FrmWayPointDB(QWidget* owner, Waypoints& store, Activation& activ
     ComActivate = new QPushButton("&Activate", this);
     ComProperties = new QPushButton("&Properties", this);
     ComDelete = new QPushButton("&Delete", this);
-    auto* buttons = new QHBoxLayout;
-    for (QPushButton* b : {ComExport, ComZoom, ComActivate, ComProperties, ComDelete}) buttons->addWidget(b);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(PicWaypoints, 1);
     layout->addWidget(datum);
-    layout->addLayout(buttons);
+    layout->addLayout(ButtonRow({ComExport, ComZoom, ComActivate, ComProperties, ComDelete}));
 
     connect(OptWGS84, &QRadioButton::toggled, this, [this] { Refill(); });
-    connect(PicWaypoints, &QTableWidget::itemSelectionChanged, this, [this] { EnableButtons(); });
-    connect(PicWaypoints, &QTableWidget::cellDoubleClicked, this, [this] { ComProperties->click(); });
     connect(ComExport, &QPushButton::clicked, this, [this] {
         if (ExportToGps && SelectedSlot()) ExportToGps(SelectedSlot());
     });
@@ -52,31 +47,22 @@ FrmWayPointDB::FrmWayPointDB(QWidget* owner, Waypoints& store, Activation& activ
         else act_.ActivateWaypoint(s);
         Refill();
     });
-    connect(ComProperties, &QPushButton::clicked, this, [this] {
-        if (SelectedSlot()) store_.EditWaypoint(SelectedSlot());
-        Refill();
+    OnSelectedSlot(this, ComProperties, [this](int16_t s) {
+        if (s) store_.EditWaypoint(s);
     });
-    connect(ComDelete, &QPushButton::clicked, this, [this] {
-        if (SelectedSlot()) store_.DeleteWaypoint(SelectedSlot());
-        Refill();
+    OnSelectedSlot(this, ComDelete, [this](int16_t s) {
+        if (s) store_.DeleteWaypoint(s);
     });
     Refill();
     resize(520, 420);
 }
 
-int16_t FrmWayPointDB::SelectedSlot() const {
-    int row = SelectedRow(PicWaypoints);
-    return row >= 0 && row < int(slots_.size()) ? slots_[size_t(row)] : int16_t(0);
-}
+int16_t FrmWayPointDB::SelectedSlot() const { return ombra::SelectedSlot(PicWaypoints, slots_); }
 
 void FrmWayPointDB::Refill() {
-    std::vector<std::vector<std::string>> rows;
-    slots_.clear();
-    for (const WaypointRow& r : store_.Rows(OptChart->isChecked())) {
-        rows.push_back({r.No, r.Name, r.Latitude, r.Longitude});
-        slots_.push_back(r.Slot);
-    }
-    FillRows(PicWaypoints, {"No.", "Name", "Latitude", "Longitude"}, rows);
+    FillSlotRows(
+        PicWaypoints, {"No.", "Name", "Latitude", "Longitude"}, store_.Rows(OptChart->isChecked()),
+        [](const WaypointRow& r) { return std::vector<std::string>{r.No, r.Name, r.Latitude, r.Longitude}; }, slots_);
     EnableButtons();
 }
 

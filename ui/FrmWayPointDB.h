@@ -22,6 +22,8 @@ class FrmWayPointDB : public QDialog {
 public:
     FrmWayPointDB(QWidget* owner, Waypoints& store, Activation& activation, NavChart& chart);
     void Refill();
+    // The store slot of the selected row; 0 when none is selected.
+    int16_t SelectedSlot() const;
     // The export of the chosen waypoints ("E&xport to GPS").
     std::function<void(int16_t slot)> ExportToGps;
 
@@ -30,7 +32,6 @@ public:
     QPushButton *ComExport, *ComZoom, *ComActivate, *ComProperties, *ComDelete;
 
 private:
-    int16_t SelectedSlot() const;
     void EnableButtons();
     Waypoints& store_;
     Activation& act_;

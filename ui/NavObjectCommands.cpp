@@ -114,41 +114,29 @@ void NavObjectCommands::ViewWaypoints() {
     if (!NeedsDatabase(nav_.waypoints.IsOpen(), "No Waypoint Database In Use",
                        "Please select a waypoint database using the &WayPoint menu"))
         return;
-    if (!waypointList_) {
-        waypointList_ = new FrmWayPointDB(&main_, nav_.waypoints, nav_.activation, nav_.ctx.chart);
-        waypointList_->setAttribute(Qt::WA_DeleteOnClose);
-        waypointList_->ExportToGps = [this](int16_t slot) { ExportWaypointToGps(slot); };
-    }
-    waypointList_->Refill();
-    waypointList_->show();
-    waypointList_->raise();
+    ShowListWindow(waypointList_, [this] {
+        auto* w = new FrmWayPointDB(&main_, nav_.waypoints, nav_.activation, nav_.ctx.chart);
+        w->ExportToGps = [this](int16_t slot) { ExportWaypointToGps(slot); };
+        return w;
+    });
 }
 
 void NavObjectCommands::ViewRoutes() {
     if (!NeedsDatabase(nav_.routes.IsOpen(), "No Route Database In Use",
                        "Please select a route database using the Route menu"))
         return;
-    if (!routeList_) {
-        routeList_ = new FrmRoutesDB(&main_, nav_.routes, nav_.activation);
-        routeList_->setAttribute(Qt::WA_DeleteOnClose);
-        routeList_->ShowRoute = [this](int16_t r) { ShowRouteProperties(r); };
-    }
-    routeList_->Refill();
-    routeList_->show();
-    routeList_->raise();
+    ShowListWindow(routeList_, [this] {
+        auto* w = new FrmRoutesDB(&main_, nav_.routes, nav_.activation);
+        w->ShowRoute = [this](int16_t r) { ShowRouteProperties(r); };
+        return w;
+    });
 }
 
 void NavObjectCommands::ViewBoundaries() {
     if (!NeedsDatabase(nav_.boundaries.IsOpen(), "No Boundary Database In Use",
                        "Please select a boundary database using the Boundaries menu"))
         return;
-    if (!boundaryList_) {
-        boundaryList_ = new FrmBoundaryDB(&main_, nav_.boundaries, nav_.ctx.chart);
-        boundaryList_->setAttribute(Qt::WA_DeleteOnClose);
-    }
-    boundaryList_->Refill();
-    boundaryList_->show();
-    boundaryList_->raise();
+    ShowListWindow(boundaryList_, [this] { return new FrmBoundaryDB(&main_, nav_.boundaries, nav_.ctx.chart); });
 }
 
 void NavObjectCommands::ImportGpx() {

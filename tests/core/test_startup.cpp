@@ -331,6 +331,47 @@ TEST(Startup, AFailingStepIsReportedWithTheLastStageAndStartUpGoesOn) {
     EXPECT_TRUE(r.steps.Has("EnableMainTimer"));
 }
 
+TEST(Startup, AFailingStageLeavesTheStageTextBeforeItAndSkipsOnlyWhatDependsOnIt) {
+    struct Case {
+        const char* cmd;
+        const char* failIn;
+        const char* lastStage;  // as the report gives it
+        const char* skipped;    // a step that must not run after the failure
+        const char* ran;        // a later step that must still run
+    } cases[] = {
+        // Without the splash screen no stage text is set before the settings load.
+        {"NOSPLASH", "LoadCommsSettings", "", "LoadDisplaySettings [Comms]", "LoadDisplaySettings []"},
+        {"", "ShowSplash", "", "CloseSplash", "LoadDisplaySettings [Comms]"},
+        {"NOSPLASH", "InitialiseData [Initialising Data]", "Initialising Data", nullptr,
+         "InitialiseControls [Initialising Controls]"},
+        {"NOSPLASH", "InitialiseControls [Initialising Controls]", "Initialising Controls", nullptr,
+         "BuildMenus [frmMain]"},
+        // No window, so nothing to place; the menus still come.
+        {"NOSPLASH", "CreateMainWindow Vestrane Tarnel", "Loading Forms", "ApplyWindowState 2",
+         "BuildMenus [Loading Forms]"},
+        {"NOSPLASH", "BuildMenus [frmMain]", "frmMain", "InitRunMenu --", "LoadCommsForms [frmMain]"},
+    };
+    for (auto& c : cases) {
+        StartRun r;
+        r.steps.failIn = c.failIn;
+        EXPECT_TRUE(r.Main(c.cmd)) << c.failIn;
+        ASSERT_FALSE(r.dialogs.asked.empty()) << c.failIn;
+        EXPECT_EQ(r.dialogs.asked[0].text,
+                  std::string("Error in startup sequence:\nCode: 5\nAPI32 RC: 0\nLast Statement: ") + c.lastStage)
+            << c.failIn;
+        if (c.skipped) {
+            EXPECT_FALSE(r.steps.Has(c.skipped)) << c.failIn;
+        }
+        EXPECT_TRUE(r.steps.Has(c.ran)) << c.failIn;
+        EXPECT_TRUE(r.steps.Has("EnableMainTimer")) << c.failIn;
+    }
+    // A failed splash screen is not waited for.
+    StartRun r;
+    r.steps.failIn = "ShowSplash";
+    r.Main();
+    EXPECT_EQ(r.clock.sleptMs, 0);
+}
+
 TEST(Startup, DisclaimerTextIsExact) {
     EXPECT_EQ(DisclaimerText("Tarnel"),
               "Note that Tarnel is an aid to navigation, and should not be used as the sole means of navigation at "

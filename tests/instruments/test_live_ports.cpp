@@ -96,7 +96,7 @@ std::string GGA(const std::string& time, const std::string& lat, const std::stri
 }  // namespace
 
 // Sentences written into the line reach the fix and move the vessel; the
-// burst the plotter writes comes back off the line exactly as specified,
+// burst the plotter writes comes back off the line exactly as composed,
 // with the default set, with bit 512, with checksums, and with a leg in
 // the other hemispheres.
 TEST(LivePorts, GPSOnAPseudoTerminal) {

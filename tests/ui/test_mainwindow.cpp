@@ -13,6 +13,7 @@
 #include "platform/qt/QtServices.h"
 #include "plotter/Plotter.h"
 #include "tests/support/TestSupport.h"
+#include "tests/ui/UiFixture.h"
 #include "ui/FrmMain.h"
 #include "ui/FrmOptions.h"
 #include "ui/MenuTree.h"
@@ -21,30 +22,8 @@
 using namespace ombra;
 
 namespace {
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "test_ui";
-    static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-    return app;
-}
-
-struct Window {
-    test::TempDir dir;
-    MemorySettings store;
-    QtDialogs dialogs{true};
-    ManualClock clock;
-    NoEvents events;
-    QtShell shell{dialogs, true};
-    Plotter plotter{{store, dialogs, clock, events, shell}};
-    Window() {
-        App();
-        shell.SetPlotter(&plotter);
-    }
-    bool Start(const std::string& cmd = "NOSPLASH") {
-        return plotter.Start(cmd, dir / "ombra", dir / "home", dir / "none");
-    }
-};
+using test::App;
+using test::Window;
 
 QStringList Captions(QMenu* menu) {
     QStringList out;
