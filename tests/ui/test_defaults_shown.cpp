@@ -116,20 +116,20 @@ TEST(FirstRunDefaults, ThePortAndVesselWindowsShowTheFactorySettings) {
     FirstRun run;
     ASSERT_TRUE(run.started);
     Plotter& p = run.plotter;
-    Instruments& ins = p.instruments;
+    Instruments& ins = p.instruments();
     struct Window {
         const char* name;
         std::unique_ptr<QDialog> dialog;
         Shown want;
     } windows[] = {
         {"FrmComm",
-         std::make_unique<FrmComm>(nullptr, LoadGPSDialog(p.registry, ins.settings), nullptr, nullptr),
+         std::make_unique<FrmComm>(nullptr, LoadGPSDialog(p.registry(), ins.settings), nullptr, nullptr),
          {{"TxtGPSPort", "1"}, {"TxtGPSDevice", "/dev/ttyS0"}, {"TxtGPSBaudRate", "4800"}, {"TxtGPSDelay", "20"},
           {"TxtWPMode", "NMEA 0183"}, {"OptGGA", "(o)"}, {"OptGLL", "( )"}, {"OptRMC", "( )"}, {"OptAIVDO", "( )"},
           {"chkChecksums", "[ ]"}, {"ChkDiffGPS", "[ ]"}, {"ChkAutoPilot", "[ ]"}, {"ChkAutoAdvance", "[ ]"}}},
         // Heading from the GPS port: the gyro's own port cannot be changed.
         {"FrmCommGyro",
-         std::make_unique<FrmCommGyro>(nullptr, LoadGyroDialog(p.registry, ins.settings), nullptr),
+         std::make_unique<FrmCommGyro>(nullptr, LoadGyroDialog(p.registry(), ins.settings), nullptr),
          {{"OptNoGyro", "( )"}, {"OptUseGPSPort", "(o)"}, {"OptUseGyroPort", "( )"},
           {"TxtGyroPort", "2 (disabled)"}, {"TxtGyroDevice", "/dev/ttyS1 (disabled)"},
           {"TxtGyroBaudRate", "4800 (disabled)"}}},
@@ -141,7 +141,7 @@ TEST(FirstRunDefaults, ThePortAndVesselWindowsShowTheFactorySettings) {
           {"OptAPB", "(o)"}, {"OptAPA", "( )"}, {"OptAP", "( )"},
           {"ChkForceNMEA15", "[ ]"}, {"ChkAPChecksums", "[ ]"}}},
         {"FrmVessel",
-         std::make_unique<FrmVessel>(nullptr, LoadVesselDialog(ins.vessel, p.units), nullptr),
+         std::make_unique<FrmVessel>(nullptr, LoadVesselDialog(ins.vessel, p.units()), nullptr),
          {{"TxtName", "Vestrane"}, {"ChkNameDisplay", "[ ]"}, {"ChkPredictor", "[ ]"}, {"TxtPredictorTime", "5"},
           {"ChkDR", "[ ]"}, {"TxtCourse", "0.0"}, {"TxtSpeed", "0.0"}, {"TxtTideSet", "0"}, {"TxtTideDrift", "0.0"},
           {"ChkTrackOn", "[x]"}, {"ChkTrackTime", "[x]"}, {"TxtTrackTime", "5"}, {"ChkTrackCourse", "[x]"},
