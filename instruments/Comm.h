@@ -42,11 +42,19 @@ class Clock;
 class Events;
 class ErrorReporter;
 
+// The vessel modes (what each means: Vessel.h).
+constexpr int16_t kModeNone = 0;
+constexpr int16_t kModeDR = 1;
+constexpr int16_t kModeGPS = 2;
+constexpr int16_t kModeConnecting = 3;
+constexpr int16_t kModeGPSLost = 4;
+constexpr int16_t kModeFileDR = 5;
+
 // The vessel as the intake sees it: its mode, and the way to change it.
 class VesselModeControl {
 public:
     virtual ~VesselModeControl() = default;
-    virtual int16_t VesselMode() = 0;
+    virtual int16_t VesselMode() const = 0;
     virtual void SetVesselMode(int16_t mode) = 0;
 };
 
@@ -75,6 +83,10 @@ public:
     // One line as the GPS port delivers it. True when it was a position
     // sentence; `outcome` (if given) tells what the decoders made of it.
     bool HandleGPSSentence(const std::string& s, DecodeOutcome* outcome = nullptr);
+
+    // Tells the user what a decoder found: each fault under the decoder's
+    // name, then the VTG warning.
+    void Report(const DecodeResult& r);
 
     // Writes text on the GPS port, opening it first when asked to.
     void SendToPort(const std::string& text, bool openIfClosed = false);
@@ -109,6 +121,10 @@ private:
     bool ReadLine(int16_t port, std::string& line);
     int linesThisRead_ = 0;
     bool PassesChecksum(const std::string& s) const;
+    // Routes a checked "$" sentence by the identifier at characters 4-6:
+    // split once, as far as its decoder reads, then decoded. The gyro port
+    // takes the heading sentences only, whatever the settings.
+    DecodeOutcome RouteNmea(const std::string& s, bool gyroPort);
     // Waits up to `seconds` with events running, reading the GPS port for a
     // handshake reply; true when one came.
     bool WaitReply(double seconds);

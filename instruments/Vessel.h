@@ -118,10 +118,14 @@ public:
     void LoadVesselSettings();
     void ReadLastFileDataStamp();
 
-    int16_t VesselMode() override { return vessel.Mode; }
+    int16_t VesselMode() const override { return vessel.Mode; }
     void SetVesselMode(int16_t mode) override;
     bool VesselActive() const { return IsActiveMode(vessel.Mode); }
-    static bool IsActiveMode(int16_t m) { return m == 1 || m == 2 || m == 4 || m == 5; }
+    static bool IsActiveMode(int16_t m) {
+        return m == kModeDR || m == kModeGPS || m == kModeGPSLost || m == kModeFileDR;
+    }
+    // The vessel as the hooks see it at this moment.
+    VesselSnapshot Snapshot() const;
 
     int16_t UpdateVesselPos();
     // HeadingData after ARPA's age test on the last OSD.
@@ -154,8 +158,32 @@ private:
     void WaterFromGround(double set, double drift);
     void GroundFromWater(double set, double drift);
     double Elapsed(double now, double since) const;
-    // The cycle by mode; false when the cycle ends before the age line.
-    bool ModeWork(GPSFix& Fix, std::string& prefix, double& age);
+    // One cycle's working state: the fix it read, what the age line will
+    // say, the clock and the tidal stream at its start.
+    struct Cycle {
+        GPSFix fix{};
+        std::string prefix;
+        double age = 0.0;
+        double now = 0.0;
+        bool tide = false;
+        double set = 0.0, drift = 0.0;
+    };
+    // The cycle by mode; each is false when the cycle ends before the age line.
+    bool ModeWork(Cycle& c);
+    bool CycleNone(Cycle& c);
+    bool CycleDR(Cycle& c);
+    bool CycleGPS(Cycle& c);
+    bool CycleConnecting(Cycle& c);
+    bool CycleGPSLost(Cycle& c);
+    bool CycleFileDR(Cycle& c);
+    // Connecting without a good fix: the prompt, and every 20th try the
+    // question whether to go on.
+    void StillConnecting(int16_t status);
+    // The position, course and times of a good fix taken into the vessel.
+    void TakeFix(const GPSFix& fix);
+    // The fix for this cycle, aged first; on the cycle that finds the data
+    // run out an empty record (Status kFixInvalid).
+    GPSFix ReadFix();
     void EndOfCycle();
     std::string AngleText(double trueDegrees) const;
 

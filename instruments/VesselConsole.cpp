@@ -152,7 +152,7 @@ void VesselModule::AutoscrollCheck() {
     c_.errors.Guard("AutoscrollCheck", [&] {
         if (!(AutoscrollTime > 0.0f) || !VesselActive()) return;
         ScrollView view;
-        if (!c_.chart.GetScrollView(view) || !(view.PixelsPerNM > 0.0) || view.Width <= 0 || view.Height <= 0) return;
+        if (!c_.chart.GetScrollView(vessel.Pos, view) || !(view.PixelsPerNM > 0.0) || view.Width <= 0 || view.Height <= 0) return;
         double speed = vessel.SOG;
         if (!(speed > 0.05)) return;
         double sx = std::sin(vessel.COG * kDeg), sy = -std::cos(vessel.COG * kDeg);

@@ -92,7 +92,7 @@ TEST(Decoders, GLLForms) {
         SCOPED_TRACE(c.sentence);
         InstrumentsFixture f;
         f.Load();
-        f.ins.decoder.DecodeGLL(c.sentence);
+        f.Decode(c.sentence);
         EXPECT_EQ(f.ins.decoder.Fix.Status, c.status);
         EXPECT_NEAR(f.ins.decoder.Fix.Pos.Lat, c.lat, 1e-6);
         EXPECT_TRUE(f.ins.decoder.FixReceiving);
@@ -104,32 +104,33 @@ TEST(Decoders, GLLWithoutVTGWarns) {
     InstrumentsFixture f;
     f.Load();
     const std::string gll = "$GPGLL,4916.45,N,12311.12,W,225444,A*1D\r\n";
-    f.ins.decoder.DecodeGLL(gll);
+    f.Decode(gll);
     f.clock.Advance(300);
-    f.ins.decoder.DecodeGLL(gll);
+    f.Decode(gll);
     EXPECT_TRUE(f.Messages().empty());
     f.clock.Advance(1);
-    f.ins.decoder.DecodeGLL(gll);
+    f.Decode(gll);
     ASSERT_EQ(f.Messages().size(), 1u);
     EXPECT_EQ(f.Messages()[0], "You are not recieving VTG sentences, your COG and SOG values are not accurate.");
     EXPECT_EQ(f.dialogs.asked[0].style & 0xF0, mb::Critical);
-    f.ins.decoder.DecodeVTG("$GPVTG,054.7,T,034.4,M,005.5,N,010.2,K*48\r\n");
+    f.Decode("$GPVTG,054.7,T,034.4,M,005.5,N,010.2,K*48\r\n");
     f.clock.Advance(400);
-    f.ins.decoder.DecodeGLL(gll);
+    f.Decode(gll);
     EXPECT_EQ(f.Messages().size(), 1u);
 }
 
 TEST(Decoders, RMCTakesThePositionOnlyWhenAsked) {
     InstrumentsFixture f;
     f.Load();
+    f.ins.settings.NMEA_RMC = true;
     NmeaDecoder& d = f.ins.decoder;
-    d.DecodeRMC("$GPRMC,225446,A,4916.45,N,12311.12,W,000.5,054.7,191194,020.3,E*68\r\n", true);
+    f.Decode("$GPRMC,225446,A,4916.45,N,12311.12,W,000.5,054.7,191194,020.3,E*68\r\n");
     EXPECT_EQ(d.Fix.Status, 1);
     EXPECT_NEAR(d.Fix.Pos.Long, -(123 * 3600.0 + 11.12 * 60.0), 1e-6);
     LatLong before = d.Fix.Pos;
-    d.DecodeRMC("$GPRMC,225447,A,,N,,W,000.5,054.7,191194,020.3,E*00\r\n", true);  // empty numbers leave it
+    f.Decode("$GPRMC,225447,A,,N,,W,000.5,054.7,191194,020.3,E*00\r\n");  // empty numbers leave it
     EXPECT_EQ(d.Fix.Pos, before);
-    d.DecodeRMC("$GPRMC,225448,V,5000.00,N,00100.00,W,,,191194,,*00\r\n", true);
+    f.Decode("$GPRMC,225448,V,5000.00,N,00100.00,W,,,191194,,*00\r\n");
     EXPECT_EQ(d.Fix.Status, 0);
     EXPECT_EQ(d.Fix.Pos, before);
     EXPECT_EQ(d.LastBadTime, 12 * 3600);
@@ -138,8 +139,8 @@ TEST(Decoders, RMCTakesThePositionOnlyWhenAsked) {
 TEST(Decoders, GSVFillsTheTable) {
     InstrumentsFixture f;
     NmeaDecoder& d = f.ins.decoder;
-    d.DecodeGSV("$GPGSV,3,1,11,03,03,111,00,04,15,270,00,06,01,010,00,13,06,292,00*74\r\n");
-    d.DecodeGSV("$GPGSV,3,3,11,22,42,067,42,24,14,311,43,27,05,244,00,,,,*4D\r\n");
+    f.Decode("$GPGSV,3,1,11,03,03,111,00,04,15,270,00,06,01,010,00,13,06,292,00*74\r\n");
+    f.Decode("$GPGSV,3,3,11,22,42,067,42,24,14,311,43,27,05,244,00,,,,*4D\r\n");
     EXPECT_EQ(d.Sats.SatsInView, 11);
     EXPECT_EQ(d.Sats.Sat[3].PRN, 13);
     EXPECT_EQ(d.Sats.Sat[3].Azimuth, 292);
@@ -147,11 +148,11 @@ TEST(Decoders, GSVFillsTheTable) {
     EXPECT_EQ(d.Sats.Sat[9].SNR, 43);
     EXPECT_EQ(d.Sats.Sat[11].PRN, 0);
     // An empty field keeps the old number; message 4 is ignored.
-    d.DecodeGSV("$GPGSV,3,1,11,03,,111,,04,15,270,00,06,01,010,00,13,06,292,00*00\r\n");
+    f.Decode("$GPGSV,3,1,11,03,,111,,04,15,270,00,06,01,010,00,13,06,292,00*00\r\n");
     EXPECT_EQ(d.Sats.Sat[0].Elevation, 3);
-    d.DecodeGSV("$GPGSV,4,4,14,31,10,100,20*00\r\n");
+    f.Decode("$GPGSV,4,4,14,31,10,100,20*00\r\n");
     for (const SatRow& r : d.Sats.Sat) EXPECT_NE(r.PRN, 31);
-    d.DecodeGSV("$GPGSV,3,x,11*00\r\n");
+    f.Decode("$GPGSV,3,x,11*00\r\n");
     EXPECT_EQ(d.Sats.SatsInView, 11);
 }
 
@@ -160,12 +161,12 @@ TEST(Decoders, GSVFillsTheTable) {
 TEST(Decoders, OverflowIsReportedAndDecodingGoesOn) {
     InstrumentsFixture f;
     f.Load();
-    f.ins.decoder.DecodeGGA("$GPGGA,123519,4807.038,N,01131.000,E,1,99999,0.9,545.4,M,46.9,M,,*00\r\n");
+    f.Decode("$GPGGA,123519,4807.038,N,01131.000,E,1,99999,0.9,545.4,M,46.9,M,,*00\r\n");
     ASSERT_EQ(f.Messages().size(), 1u);
     EXPECT_EQ(f.Messages()[0], "Error in 'DecodeGGA'\nOverflow");
     EXPECT_EQ(f.ins.decoder.Fix.Status, 1);
     EXPECT_DOUBLE_EQ(f.ins.decoder.GGA.HDOP, 0.9);
-    f.ins.decoder.DecodeVTG("$GPVTG,1e9,T,,M,7.5,N*00\r\n");
+    f.Decode("$GPVTG,1e9,T,,M,7.5,N*00\r\n");
     EXPECT_EQ(f.Messages().size(), 2u);
     EXPECT_FLOAT_EQ(f.ins.decoder.Fix.Speed, 7.5f);
 }
@@ -178,10 +179,10 @@ TEST(Decoders, GetGPSFixAges) {
     f.Load();
     NmeaDecoder& d = f.ins.decoder;
     GPSFix out;
-    d.GetGPSFix(out);
+    f.ReadFix(out);
     EXPECT_EQ(out.Status, -1);
 
-    d.DecodeGGA(Sentence("GPGGA,120000,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
+    f.Decode(Sentence("GPGGA,120000,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
     struct Step {
         double advance;
         int16_t status;
@@ -191,19 +192,19 @@ TEST(Decoders, GetGPSFixAges) {
         f.clock.Advance(s.advance);
         GPSFix o;
         o.Status = -99;
-        d.GetGPSFix(o);
+        f.ReadFix(o);
         EXPECT_EQ(o.Status, s.status) << "after " << s.advance;
     }
     EXPECT_FALSE(d.FixReceiving);
 
     // An invalid sentence within half the delay spoils a stale good fix.
-    d.DecodeGGA(Sentence("GPGGA,120100,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
+    f.Decode(Sentence("GPGGA,120100,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
     f.clock.Advance(15);
-    d.DecodeGGA(Sentence("GPGGA,120115,,,,,0,00,,,M,,M,,"));
+    f.Decode(Sentence("GPGGA,120115,,,,,0,00,,,M,,M,,"));
     d.Fix.Status = 1;  // as if a good sentence had come between
     f.clock.Advance(6);
     GPSFix o;
-    d.GetGPSFix(o);
+    f.ReadFix(o);
     EXPECT_EQ(o.Status, 0);
 }
 
@@ -212,14 +213,14 @@ TEST(Decoders, GetGPSFixAcrossMidnight) {
     InstrumentsFixture f;
     f.Load();
     f.clock.SetTime(23, 59, 55);
-    f.ins.decoder.DecodeGGA(Sentence("GPGGA,235955,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
+    f.Decode(Sentence("GPGGA,235955,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
     f.clock.Advance(10);
     EXPECT_EQ(f.clock.now.hour, 0);
     GPSFix o;
-    f.ins.decoder.GetGPSFix(o);
+    f.ReadFix(o);
     EXPECT_EQ(o.Status, 1);
     f.clock.Advance(15);
-    f.ins.decoder.GetGPSFix(o);
+    f.ReadFix(o);
     EXPECT_EQ(o.Status, 1);  // the caller's record as it was: this call found the data run out
     EXPECT_EQ(f.ins.decoder.Fix.Status, -1);
 }

@@ -167,7 +167,7 @@ TEST(VesselCycle, DeadReckoningAcrossMidnight) {
     EXPECT_NEAR(v.Pos.Lat, straight.Lat, 0.05);
     EXPECT_EQ(f.ins.console.AgeLine, "DR Mode Age : 10.0 secs");
     // Dragging the vessel: the cycle ends at once.
-    f.globals.CurrentTool = 8;
+    f.chart.dragging = true;
     f.hooks.calls.clear();
     f.ins.vessel.UpdateVesselPos();
     EXPECT_TRUE(f.hooks.calls.empty());
