@@ -83,7 +83,7 @@ void ChartCommands::Bind() {
     main_.Bind("MPaletteDay", [this] { Palette(0); });
     main_.Bind("MPaletteTwilight", [this] { Palette(1); });
     main_.Bind("MPaletteNight", [this] { Palette(2); });
-    main_.Bind("MCentreVessel", needChart([this] { p_.chartOps.CentreOnVessel(); }));
+    main_.Bind("MCentreVessel", needChart([this] { p_.chartOps.CentreOnVessel(p_.instruments.vessel.vessel.Pos); }));
     main_.Bind("MWayPtsCentre", needChart([this] { p_.nav.waypoints.CentreOnWaypoint(); }));
     main_.Bind("MRoutesCentre", needChart([this] { p_.nav.routes.CentreOnRoute(); }));
     main_.Bind("MBoundariesCentre", needChart([this] { p_.nav.boundaries.CentreOnBoundary(); }));
