@@ -16,7 +16,7 @@ class HeadlessHooks : public InstrumentHooks {
 public:
     void ShowCommDialog(CommDialog) override {}
     void DecodeAIS(const std::string&) override {}
-    bool GetOwnVessel(OwnVesselReport&) override { return false; }
+    bool GetOwnVessel(OwnVesselReport&) const override { return false; }
     void DecodeARPA(std::string_view, const std::string&) override {}
     void ClearArpaTargets() override {}
     void ClearActiveTargets() override {}
@@ -24,10 +24,10 @@ public:
     void ArpaHeadingAgeCheck() override {}
     void SetInfoLine(InfoPanel, const std::string&) override {}
     void SetBusyCursor(bool) override {}
-    bool TideAtVessel(double&, double&) override { return false; }
-    bool CourseToSteerLeg(double&) override { return false; }
-    float VesselVariation() override { return 0.0f; }
-    float CompassDeviation(float) override { return 0.0f; }
+    bool TideAtVessel(double&, double&) const override { return false; }
+    bool CourseToSteerLeg(double&) const override { return false; }
+    float VesselVariation() const override { return 0.0f; }
+    float CompassDeviation(float) const override { return 0.0f; }
     void EndTrackingAids() override {}
     void CloseTrack(const VesselSnapshot&) override {}
     void AddTrackPoint(const VesselSnapshot&) override {}
@@ -45,7 +45,7 @@ public:
     void UpdateLogRunningRecord(const VesselSnapshot&) override {}
     void RefreshSatInfo(const VesselSnapshot&) override {}
     void ShowLostGPS(bool) override {}
-    bool CursorPosition(LatLong&) override { return false; }
+    bool CursorPosition(LatLong&) const override { return false; }
     void ConsoleChanged() override {}
 };
 

@@ -80,7 +80,7 @@ public:
     virtual void DecodeAIS(const std::string& sentence) = 0;
     // The own vessel from the last AIVDO; false (and `report` untouched)
     // when there is none.
-    virtual bool GetOwnVessel(OwnVesselReport& report) = 0;
+    virtual bool GetOwnVessel(OwnVesselReport& report) const = 0;
     // The ARPA decoder: "TTM", and "OSD" when GyroUseGPSPort, from the ARPA
     // port; `id` is the three-letter identifier.
     virtual void DecodeARPA(std::string_view id, const std::string& sentence) = 0;
@@ -98,15 +98,15 @@ public:
     virtual void SetBusyCursor(bool busy) = 0;
     // The tidal stream at the vessel when the tidal correction is on: `set`
     // degrees true, `drift` knots. False (both untouched) when it is off.
-    virtual bool TideAtVessel(double& set, double& drift) = 0;
+    virtual bool TideAtVessel(double& set, double& drift) const = 0;
     // The course to steer (degrees true) for the active leg with the tide;
     // false when it cannot be made or there is no tide model.
-    virtual bool CourseToSteerLeg(double& course) = 0;
+    virtual bool CourseToSteerLeg(double& course) const = 0;
     // Magnetic variation at the vessel, degrees east positive, [-180, 180].
-    virtual float VesselVariation() = 0;
+    virtual float VesselVariation() const = 0;
     // The compass deviation for a magnetic heading (degrees), degrees east
     // positive, from the deviation card; 0 without one.
-    virtual float CompassDeviation(float magneticHeading) = 0;
+    virtual float CompassDeviation(float magneticHeading) const = 0;
     // Mode None: end the active route's tracking aids; close the track with
     // a last point (the vessel was active and TrackMode on).
     virtual void EndTrackingAids() = 0;
@@ -137,7 +137,7 @@ public:
     virtual void ShowLostGPS(bool up) = 0;
     // The chart cursor's position; false (and `pos` untouched) when the
     // mouse is not over the chart.
-    virtual bool CursorPosition(LatLong& pos) = 0;
+    virtual bool CursorPosition(LatLong& pos) const = 0;
     // The console changed: the panel repaints from the model.
     virtual void ConsoleChanged() = 0;
 };

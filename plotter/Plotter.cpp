@@ -43,7 +43,7 @@ Plotter::Plotter(PlotterServices s)
 
 void PlotterHooks::ShowCommDialog(CommDialog dialog) { p_.services.shell.ShowCommDialog(int(dialog)); }
 void PlotterHooks::DecodeAIS(const std::string& sentence) { p_.ais.DecodeAIS(sentence); }
-bool PlotterHooks::GetOwnVessel(OwnVesselReport& report) { return OwnVesselFromAis(p_.ais, report); }
+bool PlotterHooks::GetOwnVessel(OwnVesselReport& report) const { return OwnVesselFromAis(p_.ais, report); }
 // Not present yet: the ARPA decoder takes these.
 void PlotterHooks::DecodeARPA(std::string_view, const std::string&) {}
 // Not present yet: the ARPA decoder's table.
@@ -58,11 +58,11 @@ void PlotterHooks::SetInfoLine(InfoPanel panel, const std::string& text) {
 }
 void PlotterHooks::SetBusyCursor(bool busy) { p_.services.shell.SetBusyCursor(busy); }
 // Not present yet: the tides module answers with its stream; none meanwhile.
-bool PlotterHooks::TideAtVessel(double&, double&) { return false; }
+bool PlotterHooks::TideAtVessel(double&, double&) const { return false; }
 // Not present yet: the tides module works the course to steer.
-bool PlotterHooks::CourseToSteerLeg(double&) { return false; }
-float PlotterHooks::VesselVariation() { return p_.magVar.MagneticVariation(p_.instruments.vessel.vessel.Pos); }
-float PlotterHooks::CompassDeviation(float magneticHeading) { return p_.deviation.DeviationFor(magneticHeading); }
+bool PlotterHooks::CourseToSteerLeg(double&) const { return false; }
+float PlotterHooks::VesselVariation() const { return p_.magVar.MagneticVariation(p_.instruments.vessel.vessel.Pos); }
+float PlotterHooks::CompassDeviation(float magneticHeading) const { return p_.deviation.DeviationFor(magneticHeading); }
 // Not present yet: the active route's display ends its tracking aids.
 void PlotterHooks::EndTrackingAids() {}
 void PlotterHooks::CloseTrack(const VesselSnapshot& vessel) {
@@ -96,7 +96,7 @@ void PlotterHooks::RefreshAutoscrollMarker(const VesselSnapshot&) {}
 void PlotterHooks::UpdateLogRunningRecord(const VesselSnapshot&) {}
 void PlotterHooks::RefreshSatInfo(const VesselSnapshot&) { p_.services.shell.RefreshSatInfo(); }
 void PlotterHooks::ShowLostGPS(bool up) { p_.services.shell.ShowLostGPS(up); }
-bool PlotterHooks::CursorPosition(LatLong& pos) {
+bool PlotterHooks::CursorPosition(LatLong& pos) const {
     if (!p_.cursorOnChart) return false;
     pos = p_.cursorPos;
     return true;

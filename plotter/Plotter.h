@@ -59,7 +59,7 @@ public:
     explicit PlotterHooks(Plotter& p) : p_(p) {}
     void ShowCommDialog(CommDialog dialog) override;
     void DecodeAIS(const std::string& sentence) override;
-    bool GetOwnVessel(OwnVesselReport& report) override;
+    bool GetOwnVessel(OwnVesselReport& report) const override;
     void DecodeARPA(std::string_view id, const std::string& sentence) override;
     void ClearArpaTargets() override;
     void ClearActiveTargets() override;
@@ -67,10 +67,10 @@ public:
     void ArpaHeadingAgeCheck() override;
     void SetInfoLine(InfoPanel panel, const std::string& text) override;
     void SetBusyCursor(bool busy) override;
-    bool TideAtVessel(double& set, double& drift) override;
-    bool CourseToSteerLeg(double& course) override;
-    float VesselVariation() override;
-    float CompassDeviation(float magneticHeading) override;
+    bool TideAtVessel(double& set, double& drift) const override;
+    bool CourseToSteerLeg(double& course) const override;
+    float VesselVariation() const override;
+    float CompassDeviation(float magneticHeading) const override;
     void EndTrackingAids() override;
     void CloseTrack(const VesselSnapshot& vessel) override;
     void AddTrackPoint(const VesselSnapshot& vessel) override;
@@ -88,7 +88,7 @@ public:
     void UpdateLogRunningRecord(const VesselSnapshot& vessel) override;
     void RefreshSatInfo(const VesselSnapshot& vessel) override;
     void ShowLostGPS(bool up) override;
-    bool CursorPosition(LatLong& pos) override;
+    bool CursorPosition(LatLong& pos) const override;
     void ConsoleChanged() override;
 
 private:

@@ -65,7 +65,7 @@ class CliHooks : public HeadlessHooks {
 public:
     explicit CliHooks(AisDecoder& ais) : ais_(ais) {}
     void DecodeAIS(const std::string& s) override { ais_.DecodeAIS(s); }
-    bool GetOwnVessel(OwnVesselReport& r) override { return OwnVesselFromAis(ais_, r); }
+    bool GetOwnVessel(OwnVesselReport& r) const override { return OwnVesselFromAis(ais_, r); }
 
 private:
     AisDecoder& ais_;

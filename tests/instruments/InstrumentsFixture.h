@@ -38,11 +38,11 @@ struct RecordingHooks : InstrumentHooks {
     int lostShown = 0, lostHidden = 0;
     void ShowCommDialog(CommDialog d) override { calls.push_back("ShowCommDialog" + std::to_string(int(d))); }
     void DecodeAIS(const std::string& s) override { ais.push_back(s); }
-    bool GetOwnVessel(OwnVesselReport& r) override { return r = ownReport, own; }
+    bool GetOwnVessel(OwnVesselReport& r) const override { return r = ownReport, own; }
     void DecodeARPA(std::string_view id, const std::string& s) override { arpa.push_back(std::string(id) + ":" + s); }
     void SetGPSMenuState(bool on) override { calls.push_back(on ? "MenuGPSOn" : "MenuGPSOff"); }
-    bool TideAtVessel(double& s, double& d) override { return s = set, d = drift, tide; }
-    float VesselVariation() override { return variation; }
+    bool TideAtVessel(double& s, double& d) const override { return s = set, d = drift, tide; }
+    float VesselVariation() const override { return variation; }
     void LogEvent(LogCode code, const std::string& text) override {
         calls.push_back("Log" + std::to_string(int(code)) + ":" + text);
     }
@@ -67,10 +67,10 @@ struct RecordingHooks : InstrumentHooks {
     void ArpaHeadingAgeCheck() override {}
     void SetInfoLine(InfoPanel, const std::string&) override {}
     void SetBusyCursor(bool) override {}
-    bool CourseToSteerLeg(double&) override { return false; }
-    float CompassDeviation(float) override { return 0.0f; }
+    bool CourseToSteerLeg(double&) const override { return false; }
+    float CompassDeviation(float) const override { return 0.0f; }
     void EndTrackingAids() override {}
-    bool CursorPosition(LatLong&) override { return false; }
+    bool CursorPosition(LatLong&) const override { return false; }
     void ConsoleChanged() override {}
 };
 
