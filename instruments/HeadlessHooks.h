@@ -26,7 +26,7 @@ public:
     void SetBusyCursor(bool) override {}
     bool TideAtVessel(double&, double&) const override { return false; }
     bool CourseToSteerLeg(double&) const override { return false; }
-    float VesselVariation() const override { return 0.0f; }
+    float VariationAt(const LatLong&) const override { return 0.0f; }
     float CompassDeviation(float) const override { return 0.0f; }
     void EndTrackingAids() override {}
     void CloseTrack(const VesselSnapshot&) override {}

@@ -102,8 +102,9 @@ public:
     // The course to steer (degrees true) for the active leg with the tide;
     // false when it cannot be made or there is no tide model.
     virtual bool CourseToSteerLeg(double& course) const = 0;
-    // Magnetic variation at the vessel, degrees east positive, [-180, 180].
-    virtual float VesselVariation() const = 0;
+    // Magnetic variation at `pos` (the vessel's position), degrees east
+    // positive, [-180, 180].
+    virtual float VariationAt(const LatLong& pos) const = 0;
     // The compass deviation for a magnetic heading (degrees), degrees east
     // positive, from the deviation card; 0 without one.
     virtual float CompassDeviation(float magneticHeading) const = 0;

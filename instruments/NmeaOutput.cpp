@@ -106,8 +106,8 @@ std::string NmeaOut::BuildBurst(int16_t status) {
         int32_t whole = CLng32(x - variation + 360.0) % 360;
         return Replace(Format(double(whole), "0.0"), ",", ".");
     };
-    const double variation = double(hooks_.VesselVariation());
     const Vessel& v = vessel_;
+    const double variation = double(hooks_.VariationAt(v.Pos));
 
     NmeaPosition(v.Pos);
     const std::string VesselLat = LatText, VesselLon = LonText;

@@ -24,7 +24,7 @@ constexpr double kDeg = 0.017453292519944444;
 
 std::string VesselModule::AngleText(double trueDegrees) const {
     double a = trueDegrees;
-    if (c_.units.AngleUnit != 0) a = Fold360(a - double(c_.hooks.VesselVariation()));
+    if (c_.units.AngleUnit != 0) a = Fold360(a - double(c_.hooks.VariationAt(vessel.Pos)));
     // A compass course is the magnetic one plus the card's deviation for it.
     if (c_.units.AngleUnit == 2) a = Fold360(a + double(c_.hooks.CompassDeviation(float(a))));
     return Format(a, "000.0") + " " + c_.units.UnitText(UnitKind::Angle);

@@ -61,7 +61,7 @@ void PlotterHooks::SetBusyCursor(bool busy) { p_.services.shell.SetBusyCursor(bu
 bool PlotterHooks::TideAtVessel(double&, double&) const { return false; }
 // Not present yet: the tides module works the course to steer.
 bool PlotterHooks::CourseToSteerLeg(double&) const { return false; }
-float PlotterHooks::VesselVariation() const { return p_.magVar.MagneticVariation(p_.instruments.vessel.vessel.Pos); }
+float PlotterHooks::VariationAt(const LatLong& pos) const { return p_.magVar.MagneticVariation(pos); }
 float PlotterHooks::CompassDeviation(float magneticHeading) const { return p_.deviation.DeviationFor(magneticHeading); }
 // Not present yet: the active route's display ends its tracking aids.
 void PlotterHooks::EndTrackingAids() {}

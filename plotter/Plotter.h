@@ -69,7 +69,7 @@ public:
     void SetBusyCursor(bool busy) override;
     bool TideAtVessel(double& set, double& drift) const override;
     bool CourseToSteerLeg(double& course) const override;
-    float VesselVariation() const override;
+    float VariationAt(const LatLong& pos) const override;
     float CompassDeviation(float magneticHeading) const override;
     void EndTrackingAids() override;
     void CloseTrack(const VesselSnapshot& vessel) override;

@@ -35,6 +35,7 @@ struct RecordingHooks : InstrumentHooks {
     OwnVesselReport ownReport;
     double set = 0, drift = 0;
     float variation = 0.0f;
+    mutable std::vector<LatLong> variationAsked;  // where the variation was asked for
     int lostShown = 0, lostHidden = 0;
     void ShowCommDialog(CommDialog d) override { calls.push_back("ShowCommDialog" + std::to_string(int(d))); }
     void DecodeAIS(const std::string& s) override { ais.push_back(s); }
@@ -42,7 +43,7 @@ struct RecordingHooks : InstrumentHooks {
     void DecodeARPA(std::string_view id, const std::string& s) override { arpa.push_back(std::string(id) + ":" + s); }
     void SetGPSMenuState(bool on) override { calls.push_back(on ? "MenuGPSOn" : "MenuGPSOff"); }
     bool TideAtVessel(double& s, double& d) const override { return s = set, d = drift, tide; }
-    float VesselVariation() const override { return variation; }
+    float VariationAt(const LatLong& p) const override { return variationAsked.push_back(p), variation; }
     void LogEvent(LogCode code, const std::string& text) override {
         calls.push_back("Log" + std::to_string(int(code)) + ":" + text);
     }
