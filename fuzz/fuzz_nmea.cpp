@@ -17,6 +17,7 @@
 #include "core/Registry.h"
 #include "core/Startup.h"
 #include "core/Units.h"
+#include "instruments/HeadlessHooks.h"
 #include "instruments/Instruments.h"
 #include "instruments/NmeaText.h"
 #include "instruments/PositionFile.h"
@@ -40,8 +41,8 @@ struct Rig {
     ScriptedDialogs dialogs;
     ErrorReporter errors{dialogs, globals.ProductName};
     ScriptedComms ports;
-    InstrumentHooks hooks;
-    ChartOps chart;
+    HeadlessHooks hooks;
+    HeadlessChart chart;
     Instruments ins{{reg, units, globals, clock, events, errors, ports, hooks, chart}};
 };
 

@@ -97,14 +97,14 @@ void Comm::CloseGPSPort() {
 bool Comm::StartGPS() {
     bool started = false;
     errors_.Guard("StartGPS", [&] {
-        if (vessel_.VesselMode() != 0) return;
+        if (vessel_.VesselMode() != kModeNone) return;
         if (!OpenGPSPort()) return;
         arpaOpen_ = settings_.ARPAEnable && OpenARPAPort();
         gyroOpen_ = settings_.GyroUseGyroPort && OpenGyroPort();
         aisOpen_ = !settings_.AISUseGPSPort && settings_.AISEnable && OpenAISPort();
         decoder_.ClearFix();
         hooks_.ClearArpaTargets();
-        vessel_.SetVesselMode(3);
+        vessel_.SetVesselMode(kModeConnecting);
         hooks_.SetGPSMenuState(true);
         started = true;
     });
@@ -119,9 +119,31 @@ void Comm::StopGPS() {
         if (aisOpen_) comms_.CloseComPort(settings_.AISPort);
         if (gyroOpen_) comms_.CloseComPort(settings_.GyroPort);
         arpaOpen_ = aisOpen_ = gyroOpen_ = false;
-        vessel_.SetVesselMode(0);
+        vessel_.SetVesselMode(kModeNone);
         hooks_.SetGPSMenuState(false);
     });
+}
+
+void Comm::Report(const DecodeResult& r) {
+    for (const std::string& fault : r.faults) errors_.ReportError(r.decoder ? r.decoder : "Decode", fault);
+    if (r.vtgMissing)
+        errors_.dialogs().MsgBox("You are not recieving VTG sentences, your COG and SOG values are not accurate.",
+                                 mb::OKOnly | mb::Critical, errors_.ProductName());
+}
+
+DecodeOutcome Comm::RouteNmea(const std::string& s, bool gyroPort) {
+    DecodeOutcome out;
+    const NmeaDecoder::Route* route = NmeaDecoder::FindRoute(std::string_view(s).substr(3, 3));
+    if (!route || (gyroPort && !route->heading)) return out;
+    out.known = true;
+    if (!gyroPort && !route->allowed(settings_)) return out;
+    // The one split of the sentence, as far as its decoder reads.
+    NmeaFields fields = SplitFields(s, route->maxField);
+    out.tooShort = fields.count < route->minField;
+    Report(decoder_.Run(*route, fields, s));
+    out.accepted = true;
+    out.position = route->position && !gyroPort;
+    return out;
 }
 
 bool Comm::HandleGPSSentence(const std::string& s, DecodeOutcome* outcome) {
@@ -129,8 +151,8 @@ bool Comm::HandleGPSSentence(const std::string& s, DecodeOutcome* outcome) {
     if (s.size() <= 8) return false;
     if (s[0] == '$') {
         if (!PassesChecksum(s)) return false;
-        if (vessel_.VesselMode() != 0) {
-            DecodeOutcome o = decoder_.Decode(std::string_view(s).substr(3, 3), s);
+        if (vessel_.VesselMode() != kModeNone) {
+            DecodeOutcome o = RouteNmea(s, false);
             if (outcome) *outcome = o;
             return o.accepted && o.position;
         }
@@ -149,7 +171,7 @@ bool Comm::HandleGPSSentence(const std::string& s, DecodeOutcome* outcome) {
             if (!r.own) return false;
             OwnVesselReport own;
             if (!hooks_.GetOwnVessel(own)) return false;
-            decoder_.TakeOwnVessel(own);
+            Report(decoder_.TakeOwnVessel(own));
             if (outcome) *outcome = DecodeOutcome{true, true, true};
             return true;
         }
@@ -184,8 +206,8 @@ void Comm::ReadGyroPort() {
         while (ReadLine(port, s)) {
             events_.DoEvents();
             if (s.size() < 7 || s[0] != '$' || !settings_.GyroUseGyroPort || !PassesChecksum(s)) continue;
-            if (vessel_.VesselMode() == 0) continue;
-            decoder_.DecodeHeading(std::string_view(s).substr(3, 3), s);
+            if (vessel_.VesselMode() == kModeNone) continue;
+            RouteNmea(s, true);
         }
     });
 }
@@ -242,7 +264,7 @@ bool Comm::WaitReply(double seconds) {
         linesThisRead_ = 0;
         std::string line;
         while (ReadLine(settings_.GPSPort, line)) {
-            if (vessel_.VesselMode() == 0) HandleGPSSentence(line);
+            if (vessel_.VesselMode() == kModeNone) HandleGPSSentence(line);
         }
         if (!CommsReply.empty()) return true;
         if (Elapsed(start, clock_.Timer()) >= seconds) return false;

@@ -3,26 +3,36 @@
 //
 // Four inputs: GPS (which also takes headings and AIS when the settings
 // say so), gyro, AIS and ARPA; output goes out on the GPS port. Every read
-// procedure runs once a tick and drains its port, pumping events once per
-// sentence; a position sentence ends the GPS read early so that the vessel
-// moves on every fix.
+// procedure runs once a tick and drains its port (at most MaxLinesPerRead
+// lines), pumping events once per sentence; a position sentence ends the
+// GPS read early so that the vessel moves on every fix.
 //
 // Framing on the GPS port, in order:
 //   "$" and longer than 8 characters    NMEA: checksum test when Checksums
 //                                       is on; then, with the vessel in a
 //                                       mode, routed by the three letters
-//                                       at positions 4-6 (talker ignored);
-//                                       with the vessel off, only a
-//                                       Magellan "$PMGNCSM" reply is kept
+//                                       at positions 4-6 (talker ignored):
+//                                       split once into fields as far as
+//                                       the route's decoder reads, and
+//                                       decoded (NmeaDecoder.h); with the
+//                                       vessel off, only a Magellan
+//                                       "$PMGNCSM" reply is kept
 //   "!" and longer than 8 characters    AIS: "AIVDO" is our own transponder
 //                                       (a position when NMEA_AIVDO);
 //                                       "AIVDM" goes to the AIS decoder when
 //                                       AIS shares this port
 //   anything else                       dropped without a word
 //
-// Failures: a sentence failing any test is dropped silently; a port that
-// cannot be opened gets one warning box naming the input and the vessel
-// mode stays as it was.
+// Bad input: any bytes at all may arrive; a line is cut at ReadLength
+// (255) characters, and a sentence failing any test is dropped silently.
+// What a decoder finds wrong (a number too large for its field, VTG
+// missing for five minutes) is shown by Report, under the decoder's name,
+// on the sentence that found it. A port that cannot be opened gets one
+// warning box naming the input, and the vessel mode stays as it was.
+//
+// Ownership: Comm keeps references to everything it is built with; they
+// must outlive it. It owns no port: the Comms implementation does, and
+// Comm only opens and closes them by number.
 //
 //   comm.StartGPS();               // opens the ports, vessel -> Connecting
 //   bool newFix = comm.ReadGPSPort();
@@ -42,11 +52,19 @@ class Clock;
 class Events;
 class ErrorReporter;
 
+// The vessel modes (what each means: Vessel.h).
+constexpr int16_t kModeNone = 0;
+constexpr int16_t kModeDR = 1;
+constexpr int16_t kModeGPS = 2;
+constexpr int16_t kModeConnecting = 3;
+constexpr int16_t kModeGPSLost = 4;
+constexpr int16_t kModeFileDR = 5;
+
 // The vessel as the intake sees it: its mode, and the way to change it.
 class VesselModeControl {
 public:
     virtual ~VesselModeControl() = default;
-    virtual int16_t VesselMode() = 0;
+    virtual int16_t VesselMode() const = 0;
     virtual void SetVesselMode(int16_t mode) = 0;
 };
 
@@ -72,9 +90,14 @@ public:
     void ReadAISPort();
     void ReadARPAPort();
 
-    // One line as the GPS port delivers it. True when it was a position
-    // sentence; `outcome` (if given) tells what the decoders made of it.
+    // One line as the GPS port delivers it (any bytes). True when it was a
+    // position sentence; `outcome` (if given) tells what the routing made
+    // of it.
     bool HandleGPSSentence(const std::string& s, DecodeOutcome* outcome = nullptr);
+
+    // Tells the user what a decoder found: each fault under the decoder's
+    // name, then the VTG warning.
+    void Report(const DecodeResult& r);
 
     // Writes text on the GPS port, opening it first when asked to.
     void SendToPort(const std::string& text, bool openIfClosed = false);
@@ -109,6 +132,10 @@ private:
     bool ReadLine(int16_t port, std::string& line);
     int linesThisRead_ = 0;
     bool PassesChecksum(const std::string& s) const;
+    // Routes a checked "$" sentence by the identifier at characters 4-6:
+    // split once, as far as its decoder reads, then decoded. The gyro port
+    // takes the heading sentences only, whatever the settings.
+    DecodeOutcome RouteNmea(const std::string& s, bool gyroPort);
     // Waits up to `seconds` with events running, reading the GPS port for a
     // handshake reply; true when one came.
     bool WaitReply(double seconds);

@@ -221,7 +221,7 @@ bool ApplyVesselDialog(VesselModule& module, Registry& reg, const Units& units, 
     if (v.DR) {
         // A course typed in magnetic or compass degrees is brought to true.
         double trueCourse = course;
-        if (units.AngleUnit != 0) trueCourse = std::fmod(course + double(hooks.VesselVariation()) + 360.0, 360.0);
+        if (units.AngleUnit != 0) trueCourse = std::fmod(course + double(hooks.VariationAt(ves.Pos)) + 360.0, 360.0);
         float speed = float(Val(v.Speed));
         units.FromDisplay(UnitKind::Speed, speed);
         if (enterDR || ves.Mode == 1) module.EnterDR(trueCourse, double(speed));

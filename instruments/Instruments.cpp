@@ -5,7 +5,7 @@
 namespace ombra {
 
 Instruments::Instruments(InstrumentServices s)
-    : decoder(settings, s.clock, s.errors),
+    : decoder(settings, s.clock),
       comm(s.comms, settings, decoder, vessel, s.hooks, s.clock, s.events, s.errors),
       vessel(VesselContext{s.registry, settings, decoder, comm, console, leg, s.units, s.globals, s.clock, s.errors, s.hooks,
                            s.chart}),

@@ -13,80 +13,101 @@ bool ByGGA(const CommSettings& s) { return s.NMEA_GGA; }
 bool ByGLL(const CommSettings& s) { return s.NMEA_GLL; }
 bool ByGGAOrGLL(const CommSettings& s) { return s.NMEA_GGA || s.NMEA_GLL; }
 bool ByGyroOnGPS(const CommSettings& s) { return s.GyroUseGPSPort; }
+
+// GLL warns when it has run this long (seconds) without a VTG.
+constexpr int32_t kVTGWatchSeconds = 300;
+
+DecodeResult Named(const char* name) {
+    DecodeResult r;
+    r.decoder = name;
+    return r;
+}
 }  // namespace
 
-const NmeaDecoder::Route NmeaDecoder::kRoutes[] = {
-    {"GGA", 16, &NmeaDecoder::DecodeGGA, ByGGA, true},
-    {"GLL", 8, &NmeaDecoder::DecodeGLL, ByGLL, true},
-    {"RMC", 13, &NmeaDecoder::DecodeRMCRouted, Always, true},
-    {"VTG", 10, &NmeaDecoder::DecodeVTG, ByGGAOrGLL, false},
-    {"GSV", 21, &NmeaDecoder::DecodeGSV, Always, false},
-    {"HDT", 4, &NmeaDecoder::DecodeHDT, ByGyroOnGPS, false},
-    {"HDG", 7, &NmeaDecoder::DecodeHDG, ByGyroOnGPS, false},
-    {"VHW", 10, &NmeaDecoder::DecodeVHW, ByGyroOnGPS, false},
-};
+const NmeaDecoder::Route* NmeaDecoder::FindRoute(std::string_view id) {
+    using D = NmeaDecoder;
+    static const Route kRoutes[] = {
+        {"GGA", 16, 6, &D::DecodeGGA, &D::NoFixIn, ByGGA, true, false},
+        {"GLL", 8, 4, &D::DecodeGLL, &D::NoFixIn, ByGLL, true, false},
+        {"RMC", 13, 2, &D::DecodeRMCRouted, &D::RMCWithoutStatus, Always, true, false},
+        {"VTG", 10, 2, &D::DecodeVTG, &D::VTGWithoutCourse, ByGGAOrGLL, false, false},
+        {"GSV", 21, 2, &D::DecodeGSV, nullptr, Always, false, false},
+        {"HDT", 4, 2, &D::DecodeHDT, nullptr, ByGyroOnGPS, false, true},
+        {"HDG", 7, 1, &D::DecodeHDG, nullptr, ByGyroOnGPS, false, true},
+        {"VHW", 10, 2, &D::DecodeVHW, nullptr, ByGyroOnGPS, false, true},
+    };
+    for (const Route& r : kRoutes)
+        if (id == r.id) return &r;
+    return nullptr;
+}
+
+DecodeResult NmeaDecoder::Run(const Route& route, const NmeaFields& fields, const std::string& sentence) {
+    if (fields.count >= route.minField) return (this->*route.decode)(fields, sentence);
+    return route.onShort ? (this->*route.onShort)() : DecodeResult{};
+}
 
 template <typename F>
-void NmeaDecoder::Step(const char* name, F&& statement) {
+void NmeaDecoder::Step(DecodeResult& r, F&& statement) {
     try {
         statement();
     } catch (...) {
-        errors_.ReportError(name);
+        r.faults.push_back(ErrorReporter::CurrentFaultDescription());
     }
 }
 
-DecodeOutcome NmeaDecoder::Decode(std::string_view id, const std::string& sentence) {
-    DecodeOutcome out;
-    for (const Route& r : kRoutes) {
-        if (id != r.id) continue;
-        out.known = true;
-        if (!r.allowed(settings_)) return out;
-        (this->*r.decode)(sentence);
-        out.accepted = true;
-        out.position = r.position;
-        return out;
-    }
-    return out;
-}
-
-DecodeOutcome NmeaDecoder::DecodeHeading(std::string_view id, const std::string& sentence) {
-    DecodeOutcome out;
-    for (const Route& r : kRoutes) {
-        if (id != r.id || r.allowed != ByGyroOnGPS) continue;
-        out.known = out.accepted = true;
-        (this->*r.decode)(sentence);
-        return out;
-    }
-    return out;
-}
-
-int32_t NmeaDecoder::NowSeconds() { return int32_t(RoundEven(clock_.Timer())); }
+int32_t NmeaDecoder::NowSeconds() const { return int32_t(RoundEven(clock_.Timer())); }
 
 void NmeaDecoder::InvalidFix() {
     LastBadTime = NowSeconds();
     Fix.Status = 0;
 }
 
-void NmeaDecoder::DecodeGGA(const std::string& s) {
-    const char* N = "DecodeGGA";
-    NmeaFields f = SplitFields(s, 16);
+void NmeaDecoder::GoodFixNow() {
+    LastGoodTime = NowSeconds();
+    Fix.Stamp = clock_.Timer();
+}
+
+DecodeResult NmeaDecoder::NoFixIn() {
     FixReceiving = true;
-    if (!IsNumeric(f[6]) || Val(f[6]) <= 0.0) {
-        InvalidFix();
-        return;
-    }
+    InvalidFix();
+    DecodeResult r;
+    r.changed = kFixChanged | kReception;
+    return r;
+}
+
+DecodeResult NmeaDecoder::RMCWithoutStatus() {
+    VTGSeen = false;
+    VTGWatchStart = 0;
+    FixReceiving = true;
+    DecodeResult r;
+    r.changed = kReception;
+    return r;
+}
+
+DecodeResult NmeaDecoder::VTGWithoutCourse() {
+    VTGSeen = true;
+    DecodeResult r;
+    r.changed = kReception;
+    return r;
+}
+
+DecodeResult NmeaDecoder::DecodeGGA(const NmeaFields& f, const std::string& s) {
+    if (!IsNumeric(f[6]) || Val(f[6]) <= 0.0) return NoFixIn();
+    DecodeResult r = Named("DecodeGGA");
+    r.changed = kFixChanged | kGGAChanged | kReception;
+    FixReceiving = true;
     LastGGA = s;
     Fix.Diff = Val(f[6]) > 1.0;
     if (IsNumeric(f[2]) || IsNumeric(f[4])) {
-        Step(N, [&] { Fix.Pos.Lat = NmeaLatLong(f[2], f[3]); });
-        Step(N, [&] { Fix.Pos.Long = NmeaLatLong(f[4], f[5]); });
+        Step(r, [&] { Fix.Pos.Lat = NmeaLatLong(f[2], f[3]); });
+        Step(r, [&] { Fix.Pos.Long = NmeaLatLong(f[4], f[5]); });
     }
     double t;
     if (NmeaTime(f[1], t)) {
         Fix.Time = t;
         GGA.Time = t;
     }
-    Step(N, [&] { GGA.Satellites = CInt16(Val(f[7])); });
+    Step(r, [&] { GGA.Satellites = CInt16(Val(f[7])); });
     GGA.HDOP = Val(f[8]);
     GGA.Altitude = Val(f[9]);
     GGA.AltitudeUnit = f[10];
@@ -94,85 +115,81 @@ void NmeaDecoder::DecodeGGA(const std::string& s) {
     GGA.GeoidUnit = f[12];
     GGA.DiffAge = Val(f[13]);
     GGA.DiffStation = f[14];
-    LastGoodTime = NowSeconds();
-    Fix.Stamp = clock_.Timer();
+    GoodFixNow();
     if (!VTGSeen && VTGWatchStart == 0) VTGWatchStart = LastGoodTime;
     Fix.Status = 1;
+    return r;
 }
 
-void NmeaDecoder::DecodeGLL(const std::string& s) {
-    const char* N = "DecodeGLL";
-    NmeaFields f = SplitFields(s, 8);
+DecodeResult NmeaDecoder::DecodeGLL(const NmeaFields& f, const std::string&) {
+    // The status form (NMEA 2.x) counts 8 fields; the older form has none.
+    const bool statusForm = f.count == 8;
+    if (statusForm ? f[6] != "A" : (f[1].empty() || f[2].empty() || f[3].empty() || f[4].empty())) return NoFixIn();
+    DecodeResult r = Named("DecodeGLL");
+    r.changed = kFixChanged | kReception;
     FixReceiving = true;
-    if (f.count == 8) {
-        if (f[6] != "A") {
-            InvalidFix();
-            return;
-        }
-    } else if (f[1].empty() || f[2].empty() || f[3].empty() || f[4].empty()) {
-        InvalidFix();
-        return;
-    }
-    Step(N, [&] { Fix.Pos.Lat = NmeaLatLong(f[1], f[2]); });
-    Step(N, [&] { Fix.Pos.Long = NmeaLatLong(f[3], f[4]); });
+    Step(r, [&] { Fix.Pos.Lat = NmeaLatLong(f[1], f[2]); });
+    Step(r, [&] { Fix.Pos.Long = NmeaLatLong(f[3], f[4]); });
     double t;
     if (f[5].size() >= 6 && NmeaTime(f[5], t)) Fix.Time = t;
-    LastGoodTime = NowSeconds();
-    Fix.Stamp = clock_.Timer();
+    GoodFixNow();
     if (!VTGSeen) {
-        if (VTGWatchStart == 0) {
+        if (VTGWatchStart == 0)
             VTGWatchStart = LastGoodTime;
-        } else if (AgeOf(LastGoodTime, VTGWatchStart) > 300) {
-            errors_.dialogs().MsgBox("You are not recieving VTG sentences, your COG and SOG values are not accurate.",
-                                     mb::OKOnly | mb::Critical, errors_.ProductName());
-        }
+        else if (AgeOf(LastGoodTime, VTGWatchStart) > kVTGWatchSeconds)
+            r.vtgMissing = true;
     }
     Fix.Status = 1;
+    return r;
 }
 
-void NmeaDecoder::DecodeRMC(const std::string& s, bool UsePosition) {
-    const char* N = "DecodeRMC";
-    VTGSeen = false;
-    VTGWatchStart = 0;
-    NmeaFields f = SplitFields(s, 13);
-    FixReceiving = true;
-    if (UsePosition) {
-        if (f[2] == "A") {
-            if (IsNumeric(f[3])) Step(N, [&] { Fix.Pos.Lat = NmeaLatLong(f[3], f[4]); });
-            if (IsNumeric(f[5])) Step(N, [&] { Fix.Pos.Long = NmeaLatLong(f[5], f[6]); });
-            LastGoodTime = NowSeconds();
-            Fix.Stamp = clock_.Timer();
-            Fix.Status = 1;
-        } else if (f[2] == "V") {
-            InvalidFix();
-        }
+DecodeResult NmeaDecoder::DecodeRMC(const NmeaFields& f, bool usePosition) {
+    DecodeResult r = RMCWithoutStatus();
+    r.decoder = "DecodeRMC";
+    const bool valid = f[2] == "A", void_ = f[2] == "V";
+    if (usePosition && valid) {
+        if (IsNumeric(f[3])) Step(r, [&] { Fix.Pos.Lat = NmeaLatLong(f[3], f[4]); });
+        if (IsNumeric(f[5])) Step(r, [&] { Fix.Pos.Long = NmeaLatLong(f[5], f[6]); });
+        GoodFixNow();
+        Fix.Status = 1;
+    } else if (usePosition && void_) {
+        InvalidFix();
     }
-    if (f[2] == "V" || f[2] == "A") {
+    if (valid || void_) {
+        r.changed |= kFixChanged;
         double t;
         if (NmeaTime(f[1], t)) Fix.Time = t;
         if (NmeaDate(f[9], t)) Fix.Date = t;
     }
-    if (f[2] == "A") {
+    if (valid) {
+        r.changed |= kCourseSpeed;
         if (IsNumeric(f[7])) Fix.Speed = float(Val(f[7]));
-        if (IsNumeric(f[8])) Step(N, [&] { Fix.Course = CInt16(Val(f[8])); });
+        if (IsNumeric(f[8])) Step(r, [&] { Fix.Course = CInt16(Val(f[8])); });
     }
+    return r;
 }
 
-void NmeaDecoder::DecodeVTG(const std::string& s) {
-    NmeaFields f = SplitFields(s, 10);
-    VTGSeen = true;
-    if (f[2] == "T" && IsNumeric(f[1])) Step("DecodeVTG", [&] { Fix.Course = CInt16(Val(f[1])); });
+DecodeResult NmeaDecoder::DecodeVTG(const NmeaFields& f, const std::string&) {
+    DecodeResult r = VTGWithoutCourse();
+    r.decoder = "DecodeVTG";
+    r.changed |= kCourseSpeed;
+    if (f[2] == "T" && IsNumeric(f[1])) Step(r, [&] { Fix.Course = CInt16(Val(f[1])); });
     if (f[6] == "N" && IsNumeric(f[5])) Fix.Speed = float(Val(f[5]));
+    return r;
 }
 
-void NmeaDecoder::DecodeHDT(const std::string& s) {
-    NmeaFields f = SplitFields(s, 4);
-    if (f[2] == "T" && IsNumeric(f[1])) Heading.Heading = float(Val(f[1]));
+DecodeResult NmeaDecoder::DecodeHDT(const NmeaFields& f, const std::string&) {
+    DecodeResult r = Named("DecodeHDT");
+    if (f[2] == "T" && IsNumeric(f[1])) {
+        Heading.Heading = float(Val(f[1]));
+        r.changed = kHeadingChanged;
+    }
+    return r;
 }
 
-void NmeaDecoder::DecodeHDG(const std::string& s) {
-    const char* N = "DecodeHDG";
-    NmeaFields f = SplitFields(s, 7);
+DecodeResult NmeaDecoder::DecodeHDG(const NmeaFields& f, const std::string&) {
+    DecodeResult r = Named("DecodeHDG");
+    r.changed = kHeadingChanged;
     if (IsNumeric(f[2])) {
         Heading.Deviation = float(Val(f[2]));
         if (f[3] == "W") Heading.Deviation = -Heading.Deviation;
@@ -182,54 +199,63 @@ void NmeaDecoder::DecodeHDG(const std::string& s) {
         if (f[5] == "W") Heading.Variation = -Heading.Variation;
     }
     if (IsNumeric(f[1])) {
-        Step(N, [&] { Heading.HeadingMag = CInt16(Val(f[1])); });
+        Step(r, [&] { Heading.HeadingMag = CInt16(Val(f[1])); });
         Heading.Heading = float(Heading.HeadingMag) + Heading.Variation;
-        Step(N, [&] { Heading.HeadingMag = CInt16(float(Heading.HeadingMag) + Heading.Deviation); });
+        Step(r, [&] { Heading.HeadingMag = CInt16(float(Heading.HeadingMag) + Heading.Deviation); });
     }
+    return r;
 }
 
-void NmeaDecoder::DecodeVHW(const std::string& s) {
-    NmeaFields f = SplitFields(s, 10);
+DecodeResult NmeaDecoder::DecodeVHW(const NmeaFields& f, const std::string&) {
+    DecodeResult r = Named("DecodeVHW");
+    r.changed = kHeadingChanged;
     if (f[2] == "T" && IsNumeric(f[1])) Heading.Heading = float(Val(f[1]));
-    if (f[4] == "M" && IsNumeric(f[3])) Step("DecodeVHW", [&] { Heading.HeadingMag = CInt16(Val(f[3])); });
+    if (f[4] == "M" && IsNumeric(f[3])) Step(r, [&] { Heading.HeadingMag = CInt16(Val(f[3])); });
     if (f[6] == "N" && IsNumeric(f[5])) Heading.WaterSpeed = float(Val(f[5]));
     if (f[8] == "K" && IsNumeric(f[7])) Heading.WaterSpeedKmh = float(Val(f[7]));
+    return r;
 }
 
-void NmeaDecoder::DecodeGSV(const std::string& s) {
-    const char* N = "DecodeGSV";
-    NmeaFields f = SplitFields(s, 21);
-    if (!IsNumeric(f[1]) || !IsNumeric(f[2])) return;
+DecodeResult NmeaDecoder::DecodeGSV(const NmeaFields& f, const std::string&) {
+    DecodeResult r = Named("DecodeGSV");
+    if (!IsNumeric(f[1]) || !IsNumeric(f[2])) return r;
     double m = Val(f[2]);
-    if (m < 1.0 || m > 3.0) return;
+    if (m < 1.0 || m > 3.0) return r;
     int msg = int(RoundEven(m));
-    if (msg < 1 || msg > 3) return;
-    if (IsNumeric(f[3])) Step(N, [&] { Sats.SatsInView = CInt16(Val(f[3])); });
+    if (msg < 1 || msg > 3) return r;
+    r.changed = kSatellites;
+    if (IsNumeric(f[3])) Step(r, [&] { Sats.SatsInView = CInt16(Val(f[3])); });
     for (int sat = 0; sat < 4; ++sat) {
         SatRow& row = Sats.Sat[size_t((msg - 1) * 4 + sat)];
         int16_t* cells[4] = {&row.PRN, &row.Elevation, &row.Azimuth, &row.SNR};
         for (int k = 0; k < 4; ++k) {
             const std::string& v = f[size_t(4 + 4 * sat + k)];
-            if (IsNumeric(v)) Step(N, [&] { *cells[k] = CInt16(Val(v)); });
+            if (IsNumeric(v)) Step(r, [&] { *cells[k] = CInt16(Val(v)); });
         }
     }
+    return r;
 }
 
-void NmeaDecoder::TakeOwnVessel(const OwnVesselReport& r) {
+DecodeResult NmeaDecoder::TakeOwnVessel(const OwnVesselReport& own) {
+    DecodeResult r = Named("DecodeAIVDO");
+    r.changed = kFixChanged | kCourseSpeed | kReception;
     FixReceiving = true;
-    Fix.Pos.Lat = r.Latitude * 3600.0;
-    Fix.Pos.Long = r.Longitude * 3600.0;
-    if (r.FixQuality > 0) {
+    Fix.Pos.Lat = own.Latitude * 3600.0;
+    Fix.Pos.Long = own.Longitude * 3600.0;
+    if (own.FixQuality > 0) {
         Fix.Status = 1;
-        Fix.Diff = r.FixQuality == 2;
+        Fix.Diff = own.FixQuality == 2;
     } else {
         Fix.Status = 0;
     }
-    LastGoodTime = NowSeconds();
-    Fix.Stamp = clock_.Timer();
-    Fix.Speed = float(r.Speed);
-    Step("DecodeAIVDO", [&] { Fix.Course = CInt16(r.Course); });
-    if (settings_.GyroUseGPSPort) Heading.Heading = float(r.Heading);
+    GoodFixNow();
+    Fix.Speed = float(own.Speed);
+    Step(r, [&] { Fix.Course = CInt16(own.Course); });
+    if (settings_.GyroUseGPSPort) {
+        Heading.Heading = float(own.Heading);
+        r.changed |= kHeadingChanged;
+    }
+    return r;
 }
 
 void NmeaDecoder::ClearFix() {
@@ -238,28 +264,30 @@ void NmeaDecoder::ClearFix() {
     VTGSeen = false;
 }
 
-void NmeaDecoder::GetGPSFix(GPSFix& out) {
+bool NmeaDecoder::AgeFix() {
+    if (!FixReceiving) return false;
+    const int32_t now = NowSeconds();
+    if (Fix.Status == 1) {
+        if (AgeOf(now, LastGoodTime) < settings_.GPSDelay) return false;
+        // An invalid fix within the last half delay spoils a stale good one.
+        if (double(settings_.GPSDelay) / 2.0 > double(AgeOf(now, LastBadTime))) {
+            Fix.Status = 0;
+            return false;
+        }
+    } else if (AgeOf(now, LastBadTime) < settings_.GPSDelay) {
+        return false;
+    }
+    Fix.Status = -1;
+    FixReceiving = false;
+    return true;
+}
+
+void NmeaDecoder::GetGPSFix(GPSFix& out) const {
     if (!FixReceiving) {
         out.Status = -1;
         return;
     }
-    int32_t now = NowSeconds();
-    if (Fix.Status == 1) {
-        if (AgeOf(now, LastGoodTime) < settings_.GPSDelay) {
-            out = Fix;
-            return;
-        }
-        if (double(settings_.GPSDelay) / 2.0 > double(AgeOf(now, LastBadTime))) {
-            Fix.Status = 0;
-            out = Fix;
-            return;
-        }
-    } else if (AgeOf(now, LastBadTime) < settings_.GPSDelay) {
-        out = Fix;
-        return;
-    }
-    Fix.Status = -1;
-    FixReceiving = false;
+    out = Fix;
 }
 
 }  // namespace ombra

@@ -75,6 +75,23 @@ void NmeaOut::End(std::string& burst, const std::string& sentence) const {
     burst += "$" + s + "\r\n";
 }
 
+NmeaOut::LegText NmeaOut::LegFields() {
+    LegText t;
+    const auto& row = console_.LabWP;
+    float x = float(Val(row[9]));
+    units_.FromDisplay(UnitKind::Distance, x);
+    t.XTE = Replace(Format(x, "0.00"), ",", ".");
+    t.Side = !row[10].empty() && row[10][0] == 'R' ? "R" : "L";
+    t.Arrived = !(Val(row[4]) > double(leg_.AlarmRange)) ? "A" : "V";
+    t.Perpendicular = leg_.PassedPerpendicular ? "A" : "V";
+    WaypointIds(leg_.FromName, leg_.Name, v15_, t.OriginId, t.DestId);
+    t.VMG = v15_ ? std::string() : Replace(Format(Val(row[5]), "0.00"), ",", ".");
+    NmeaPosition(leg_.To);
+    t.DestLat = LatText;
+    t.DestLon = LonText;
+    return t;
+}
+
 std::string NmeaOut::BuildBurst(int16_t status) {
     const int32_t bits = settings_.AutopilotSettings;
     v15_ = (bits & 512) != 0;
@@ -89,28 +106,16 @@ std::string NmeaOut::BuildBurst(int16_t status) {
         int32_t whole = CLng32(x - variation + 360.0) % 360;
         return Replace(Format(double(whole), "0.0"), ",", ".");
     };
-    const double variation = double(hooks_.VesselVariation());
     const Vessel& v = vessel_;
+    const double variation = double(hooks_.VariationAt(v.Pos));
 
     NmeaPosition(v.Pos);
     const std::string VesselLat = LatText, VesselLon = LonText;
 
     const bool leg = leg_.Kind != 0;
-    std::string XTE, Side, Arrived, Perpendicular, OriginId, DestId, VMG, DestLat, DestLon;
-    if (leg) {
-        const auto& row = console_.LabWP;
-        float x = float(Val(row[9]));
-        units_.FromDisplay(UnitKind::Distance, x);
-        XTE = Replace(Format(x, "0.00"), ",", ".");
-        Side = !row[10].empty() && row[10][0] == 'R' ? "R" : "L";
-        Arrived = !(Val(row[4]) > double(leg_.AlarmRange)) ? "A" : "V";
-        Perpendicular = leg_.PassedPerpendicular ? "A" : "V";
-        WaypointIds(leg_.FromName, leg_.Name, v15_, OriginId, DestId);
-        VMG = v15_ ? std::string() : Replace(Format(Val(row[5]), "0.00"), ",", ".");
-        NmeaPosition(leg_.To);
-        DestLat = LatText;
-        DestLon = LonText;
-    }
+    const LegText t = leg ? LegFields() : LegText{};
+    const std::string &XTE = t.XTE, &Side = t.Side, &Arrived = t.Arrived, &Perpendicular = t.Perpendicular,
+                      &OriginId = t.OriginId, &DestId = t.DestId, &VMG = t.VMG, &DestLat = t.DestLat, &DestLon = t.DestLon;
 
     std::string burst;
     if (bits & 4)

@@ -58,6 +58,11 @@ public:
     std::string BuildBurst(int16_t status);
 
 private:
+    // The leg's fields as the leg sentences (RMB, XTE, BOD, BWC, APB) write them.
+    struct LegText {
+        std::string XTE, Side, Arrived, Perpendicular, OriginId, DestId, VMG, DestLat, DestLon;
+    };
+    LegText LegFields();
     void NmeaPosition(const LatLong& pos);
     void End(std::string& burst, const std::string& sentence) const;
 

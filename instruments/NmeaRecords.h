@@ -18,8 +18,13 @@
 
 namespace ombra {
 
+// GPSFix::Status, which is also the result of a vessel cycle.
+constexpr int16_t kFixNoData = -1;  // nothing received (or it ran out)
+constexpr int16_t kFixInvalid = 0;  // sentences come, but without a valid fix
+constexpr int16_t kFixGood = 1;     // a good fix
+
 struct GPSFix {
-    int16_t Status = 0;   // 1 good fix; 0 invalid fix; -1 no data
+    int16_t Status = kFixInvalid;  // kFixGood, kFixInvalid or kFixNoData
     bool Diff = false;    // a differential fix
     double Time = 0.0;    // UTC time of day from the sentence
     double Date = 0.0;    // UTC date (RMC only)

@@ -19,7 +19,6 @@ namespace ombra {
 
 namespace {
 constexpr double kDeg = 0.017453292519944444;
-constexpr int16_t kToolDragVessel = 8;
 
 }  // namespace
 
@@ -67,36 +66,31 @@ void VesselModule::StatusByDiff(bool diff) {
 void VesselModule::SetVesselMode(int16_t mode) {
     c_.errors.Guard("SetVesselMode", [&] {
         switch (mode) {
-            case 3:
-                vessel.Mode = 3;
-                break;
-            case 2: {
-                GPSFix f{};
-                c_.decoder.GetGPSFix(f);
-                StatusByDiff(f.Diff);
-                vessel.Mode = 2;
-                break;
-            }
-            case 4:
-                vessel.Mode = 4;
-                break;
-            case 1:
-            case 5:
-                SetStatus(mode == 1 ? "DR" : "FILE DR", kStatusBlue);
-                c_.hooks.SetInfoLine(1, "");
-                c_.hooks.SetInfoLine(2, "");
+            case kModeConnecting:
+            case kModeGPSLost:
                 vessel.Mode = mode;
                 break;
-            case 0:
+            case kModeGPS:
+                StatusByDiff(ReadFix().Diff);
+                vessel.Mode = kModeGPS;
+                break;
+            case kModeDR:
+            case kModeFileDR:
+                SetStatus(mode == kModeDR ? "DR" : "FILE DR", kStatusBlue);
+                c_.hooks.SetInfoLine(InfoPanel::Prompt, "");
+                c_.hooks.SetInfoLine(InfoPanel::Detail, "");
+                vessel.Mode = mode;
+                break;
+            case kModeNone:
                 c_.hooks.EndTrackingAids();
                 if (VesselActive()) {
-                    if (vessel.TrackMode) c_.hooks.CloseTrack();
+                    if (vessel.TrackMode) c_.hooks.CloseTrack(Snapshot());
                     vessel.COG = vessel.SOG = vessel.CourseWater = vessel.SpeedWater = 0.0;
                     vessel.DRStart = 0.0f;
                     vessel.Pos = LatLong{};
                     vessel.FixTime = vessel.FixDate = 0.0;
                 }
-                vessel.Mode = 0;
+                vessel.Mode = kModeNone;
                 c_.console.AllNotAvailable();
                 c_.console.AgeLine.clear();
                 SetStatus("Off Line", 0);
@@ -106,6 +100,25 @@ void VesselModule::SetVesselMode(int16_t mode) {
         }
         c_.hooks.ConsoleChanged();
     });
+}
+
+VesselSnapshot VesselModule::Snapshot() const {
+    VesselSnapshot s;
+    s.Pos = vessel.Pos;
+    s.COG = vessel.COG;
+    s.SOG = vessel.SOG;
+    s.Heading = vessel.Heading;
+    s.Mode = vessel.Mode;
+    s.Active = VesselActive();
+    s.Predictor = vessel.Predictor;
+    s.Time = c_.clock.Timer();
+    return s;
+}
+
+GPSFix VesselModule::ReadFix() {
+    GPSFix fix{};
+    if (!c_.decoder.AgeFix()) c_.decoder.GetGPSFix(fix);
+    return fix;
 }
 
 double VesselModule::Elapsed(double now, double since) const {
@@ -129,7 +142,7 @@ void VesselModule::GroundFromWater(double set, double drift) {
 
 void VesselModule::ChartChoice() {
     if (c_.registry.GetSetting(Key::AutoStartupChart) == "False")
-        c_.chart.CentreOnVessel();
+        c_.chart.CentreOnVessel(vessel.Pos);
     else
         c_.chart.OpenBestChartAt(vessel.Pos);
 }
@@ -156,203 +169,221 @@ HeadingData VesselModule::GetHeadingData() {
 }
 
 int16_t VesselModule::UpdateVesselPos() {
-    GPSFix Fix{};
-    std::string prefix;
-    double age = 0.0;
+    Cycle c;
     bool reached = false;
-    c_.errors.Guard("UpdateVesselPos", [&] { reached = ModeWork(Fix, prefix, age); });
+    c_.errors.Guard("UpdateVesselPos", [&] { reached = ModeWork(c); });
     if (reached) {
-        c_.errors.Guard("UpdateVesselPos", [&] { SetAgeLine(prefix, age); });
+        c_.errors.Guard("UpdateVesselPos", [&] { SetAgeLine(c.prefix, c.age); });
         EndOfCycle();
         c_.errors.Guard("CheckLostGPS", [&] { CheckLostGPS(); });
     }
     c_.hooks.ConsoleChanged();
-    return Fix.Status;
+    return c.fix.Status;
 }
 
-bool VesselModule::ModeWork(GPSFix& Fix, std::string& prefix, double& age) {
-    Vessel& v = vessel;
-    double set = 0.0, drift = 0.0;
-    bool tide = c_.hooks.TideAtVessel(set, drift);
-    const double now = c_.clock.Timer();
+bool VesselModule::ModeWork(Cycle& c) {
+    c.tide = c_.hooks.TideAtVessel(c.set, c.drift);
+    c.now = c_.clock.Timer();
 
     // The position file's presence alone switches to FILE DR, in any mode.
-    if (v.Mode != 5 && FileExists(PositionFilePath())) {
-        v.Name = "ldshgfyutf856987tg";
+    if (vessel.Mode != kModeFileDR && FileExists(PositionFilePath())) {
+        vessel.Name = "ldshgfyutf856987tg";
         LastFileDataStamp = "0";
-        SetVesselMode(5);
+        SetVesselMode(kModeFileDR);
     }
 
-    switch (v.Mode) {
-        case 1: {
-            if (c_.globals.CurrentTool == kToolDragVessel) {
-                c_.console.AgeLine.clear();
-                return false;
-            }
-            float T = float(now);
-            if (T < v.DRStart) {
-                v.Pos = DeadReckon(v.DRBase, v.COG, v.SOG, double(T) + 86400.0 - double(v.DRStart));
-                v.DRBase = v.Pos;
-                v.DRStart = T;
-            } else {
-                v.Pos = DeadReckon(v.DRBase, v.COG, v.SOG, double(T) - double(v.DRStart));
-            }
-            age = now - double(v.DRStart);
-            prefix = "DR Mode Age : ";
-            c_.chart.PrepareVesselPoint(v.Pos);
-            if (tide) GroundFromWater(set, drift);
-            return true;
-        }
-        case 3: {
-            c_.decoder.GetGPSFix(Fix);
-            c_.console.AgeLine.clear();
-            if (Fix.Status != 1) {
-                SetStatus(Fix.Status == -1 ? "No GPS Signal" : "Poor GPS signal", kStatusRed);
-                c_.hooks.SetInfoLine(1, "Connecting to GPS, please wait.");
-                c_.hooks.SetBusyCursor(true);
-                ++ConnectTries;
-                if (ConnectTries >= 20) {
-                    std::string q = Fix.Status == -1 ? "No GPS signal is being recieved,\nDo you wish to keep trying."
-                                                     : "No valid GPS position is being recieved,\nDo you wish to keep trying.";
-                    ConnectTries = 0;
-                    if (c_.errors.dialogs().MsgBox(q, mb::YesNo | mb::Question, c_.errors.ProductName()) == mb::No)
-                        c_.comm.StopGPS();
-                }
-                return false;
-            }
-            StatusByDiff(Fix.Diff);
-            c_.hooks.SetInfoLine(1, "");
-            c_.hooks.SetBusyCursor(false);
-            ConnectTries = 0;
-            v.Pos = Fix.Pos;
-            c_.chart.PrepareVesselPoint(v.Pos);
-            v.COG = Fix.Course;
-            v.SOG = Fix.Speed;
-            v.Heading = c_.settings.GyroUseCOG ? v.COG : double(c_.decoder.Heading.Heading);
-            v.FixTime = Fix.Time;
-            v.FixDate = Fix.Date;
-            ShownDiff = Fix.Diff ? 1 : 0;
-            v.Mode = 2;
-            prefix.clear();
-            age = 0.0;
-            ChartChoice();
-            return true;
-        }
-        case 2: {
-            c_.decoder.GetGPSFix(Fix);
-            HeadingData hd = GetHeadingData();
-            if (Fix.Status != 1) {
-                v.DRBase = v.Pos;
-                v.DRStart = float(now - 10.0);
-                if (Fix.Status == -1)
-                    c_.hooks.LogEvent(3, "Lost GPS signal.");
-                else
-                    c_.hooks.LogEvent(4, "Poor GPS signal.");
-                SetStatus(Fix.Status == -1 ? "No GPS Signal" : "Poor GPS signal", kStatusRed);
-                c_.hooks.SetInfoLine(2, "");
-                c_.console.AgeLine.clear();
-                v.Mode = 4;
-                return false;
-            }
-            if (std::fabs(v.COG - double(Fix.Course)) > double(v.TrackCourseChange) && v.TrackMode && v.TrackCourseMode)
-                c_.hooks.AddTrackPoint();
-            v.Pos = Fix.Pos;
-            v.COG = Fix.Course;
-            v.SOG = Fix.Speed;
-            v.Heading = c_.settings.GyroUseCOG ? v.COG : double(hd.Heading);
-            c_.chart.PrepareVesselPoint(v.Pos);
-            v.FixTime = Fix.Time;
-            v.FixDate = Fix.Date;
-            if (tide) WaterFromGround(set, drift);
-            if (ShownDiff != (Fix.Diff ? 1 : 0)) {
-                StatusByDiff(Fix.Diff);
-                ShownDiff = Fix.Diff ? 1 : 0;
-            }
-            age = now - Fix.Stamp;
-            prefix = "Position Age : ";
-            return true;
-        }
-        case 4: {
-            c_.decoder.GetGPSFix(Fix);
-            if (Fix.Status != 1) {
-                if (!LostGPSShown) LostGPSWanted = 1;
-                SetStatus(Fix.Status == -1 ? "No GPS Signal" : "Poor GPS signal", kStatusRed);
-                if (c_.globals.CurrentTool == kToolDragVessel) {
-                    c_.console.AgeLine.clear();
-                    return false;
-                }
-                v.Pos = DeadReckon(v.DRBase, v.COG, v.SOG, Elapsed(now, v.DRStart));
-                c_.chart.PrepareVesselPoint(v.Pos);
-                age = now - double(v.DRStart);
-                prefix = "DR Mode Age : ";
-                return true;
-            }
-            if (LostGPSShown) LostGPSWanted = 2;
-            StatusByDiff(Fix.Diff);
-            ShownDiff = Fix.Diff ? 1 : 0;
-            v.Pos = Fix.Pos;
-            v.COG = Fix.Course;
-            v.SOG = Fix.Speed;
-            v.FixTime = Fix.Time;
-            v.FixDate = Fix.Date;
-            c_.chart.PrepareVesselPoint(v.Pos);
-            v.Mode = 2;
-            c_.console.AgeLine.clear();
-            age = 0.0;
-            return true;
-        }
-        case 5: {
-            std::string path = PositionFilePath();
-            int16_t got = 0;
-            if (FileExists(path)) {
-                std::string stamp = FileStampText(path);
-                if (stamp != LastFileDataStamp) {
-                    LastFileDataStamp = stamp;
-                    c_.registry.SaveSetting(Key::LastFileDataStamp, stamp);
-                    got = ReadPositionFile(path, c_.clock, c_.errors, v.DRBase, v.DRStart, v.Name, v.COG, v.SOG);
-                    if (got == 2) c_.hooks.LogEvent(8, v.Name);
-                }
-            }
-            v.Pos = DeadReckon(v.DRBase, v.COG, v.SOG, Elapsed(now, v.DRStart));
-            prefix = "DR Mode Age : ";
-            age = now - double(v.DRStart);
-            c_.chart.PrepareVesselPoint(v.Pos);
-            if (got == 2) ChartChoice();
-            if (tide) WaterFromGround(set, drift);
-            return true;
-        }
-        default:
-            // None: nothing moves and nothing is active to check.
+    switch (vessel.Mode) {
+        case kModeDR: return CycleDR(c);
+        case kModeGPS: return CycleGPS(c);
+        case kModeConnecting: return CycleConnecting(c);
+        case kModeGPSLost: return CycleGPSLost(c);
+        case kModeFileDR: return CycleFileDR(c);
+        default: return CycleNone(c);
+    }
+}
+
+// None: nothing moves and nothing is active to check.
+bool VesselModule::CycleNone(Cycle&) {
+    c_.console.AgeLine.clear();
+    return false;
+}
+
+bool VesselModule::CycleDR(Cycle& c) {
+    Vessel& v = vessel;
+    if (c_.chart.VesselBeingDragged()) {
+        c_.console.AgeLine.clear();
+        return false;
+    }
+    // The clock as the base's time is kept (single precision); at midnight
+    // the base moves on so the track shows no jump.
+    const float T = float(c.now);
+    if (T < v.DRStart) {
+        v.Pos = DeadReckon(v.DRBase, v.COG, v.SOG, double(T) + 86400.0 - double(v.DRStart));
+        v.DRBase = v.Pos;
+        v.DRStart = T;
+    } else {
+        v.Pos = DeadReckon(v.DRBase, v.COG, v.SOG, double(T) - double(v.DRStart));
+    }
+    c.age = c.now - double(v.DRStart);
+    c.prefix = "DR Mode Age : ";
+    c_.chart.PrepareVesselPoint(v.Pos);
+    if (c.tide) GroundFromWater(c.set, c.drift);
+    return true;
+}
+
+void VesselModule::StillConnecting(int16_t status) {
+    constexpr int16_t kTriesBeforeAsking = 20;
+    const bool none = status == kFixNoData;
+    SetStatus(none ? "No GPS Signal" : "Poor GPS signal", kStatusRed);
+    c_.hooks.SetInfoLine(InfoPanel::Prompt, "Connecting to GPS, please wait.");
+    c_.hooks.SetBusyCursor(true);
+    if (++ConnectTries < kTriesBeforeAsking) return;
+    std::string q = none ? "No GPS signal is being recieved,\nDo you wish to keep trying."
+                         : "No valid GPS position is being recieved,\nDo you wish to keep trying.";
+    ConnectTries = 0;
+    if (c_.errors.dialogs().MsgBox(q, mb::YesNo | mb::Question, c_.errors.ProductName()) == mb::No) c_.comm.StopGPS();
+}
+
+void VesselModule::TakeFix(const GPSFix& fix) {
+    vessel.Pos = fix.Pos;
+    vessel.COG = fix.Course;
+    vessel.SOG = fix.Speed;
+    vessel.FixTime = fix.Time;
+    vessel.FixDate = fix.Date;
+}
+
+bool VesselModule::CycleConnecting(Cycle& c) {
+    c.fix = ReadFix();
+    c_.console.AgeLine.clear();
+    if (c.fix.Status != kFixGood) {
+        StillConnecting(c.fix.Status);
+        return false;
+    }
+    StatusByDiff(c.fix.Diff);
+    c_.hooks.SetInfoLine(InfoPanel::Prompt, "");
+    c_.hooks.SetBusyCursor(false);
+    ConnectTries = 0;
+    TakeFix(c.fix);
+    c_.chart.PrepareVesselPoint(vessel.Pos);
+    vessel.Heading = c_.settings.GyroUseCOG ? vessel.COG : double(c_.decoder.Heading.Heading);
+    ShownDiff = c.fix.Diff ? 1 : 0;
+    vessel.Mode = kModeGPS;
+    c.prefix.clear();
+    c.age = 0.0;
+    ChartChoice();
+    return true;
+}
+
+bool VesselModule::CycleGPS(Cycle& c) {
+    Vessel& v = vessel;
+    c.fix = ReadFix();
+    HeadingData hd = GetHeadingData();
+    if (c.fix.Status != kFixGood) {
+        // Lost: dead reckoning from ten seconds back.
+        v.DRBase = v.Pos;
+        v.DRStart = float(c.now - 10.0);
+        const bool none = c.fix.Status == kFixNoData;
+        if (none)
+            c_.hooks.LogEvent(LogCode::LostGPS, "Lost GPS signal.");
+        else
+            c_.hooks.LogEvent(LogCode::PoorGPS, "Poor GPS signal.");
+        SetStatus(none ? "No GPS Signal" : "Poor GPS signal", kStatusRed);
+        c_.hooks.SetInfoLine(InfoPanel::Detail, "");
+        c_.console.AgeLine.clear();
+        v.Mode = kModeGPSLost;
+        return false;
+    }
+    if (std::fabs(v.COG - double(c.fix.Course)) > double(v.TrackCourseChange) && v.TrackMode && v.TrackCourseMode)
+        c_.hooks.AddTrackPoint(Snapshot());
+    TakeFix(c.fix);
+    v.Heading = c_.settings.GyroUseCOG ? v.COG : double(hd.Heading);
+    c_.chart.PrepareVesselPoint(v.Pos);
+    if (c.tide) WaterFromGround(c.set, c.drift);
+    if (ShownDiff != (c.fix.Diff ? 1 : 0)) {
+        StatusByDiff(c.fix.Diff);
+        ShownDiff = c.fix.Diff ? 1 : 0;
+    }
+    c.age = c.now - c.fix.Stamp;
+    c.prefix = "Position Age : ";
+    return true;
+}
+
+bool VesselModule::CycleGPSLost(Cycle& c) {
+    Vessel& v = vessel;
+    c.fix = ReadFix();
+    if (c.fix.Status != kFixGood) {
+        if (!LostGPSShown) LostGPSWanted = 1;
+        SetStatus(c.fix.Status == kFixNoData ? "No GPS Signal" : "Poor GPS signal", kStatusRed);
+        if (c_.chart.VesselBeingDragged()) {
             c_.console.AgeLine.clear();
             return false;
+        }
+        v.Pos = DeadReckon(v.DRBase, v.COG, v.SOG, Elapsed(c.now, v.DRStart));
+        c_.chart.PrepareVesselPoint(v.Pos);
+        c.age = c.now - double(v.DRStart);
+        c.prefix = "DR Mode Age : ";
+        return true;
     }
+    // The fix is back.
+    if (LostGPSShown) LostGPSWanted = 2;
+    StatusByDiff(c.fix.Diff);
+    ShownDiff = c.fix.Diff ? 1 : 0;
+    TakeFix(c.fix);
+    c_.chart.PrepareVesselPoint(v.Pos);
+    v.Mode = kModeGPS;
+    c_.console.AgeLine.clear();
+    c.age = 0.0;
+    return true;
+}
+
+bool VesselModule::CycleFileDR(Cycle& c) {
+    Vessel& v = vessel;
+    std::string path = PositionFilePath();
+    int16_t got = 0;
+    if (FileExists(path)) {
+        std::string stamp = FileStampText(path);
+        if (stamp != LastFileDataStamp) {
+            LastFileDataStamp = stamp;
+            c_.registry.SaveSetting(Key::LastFileDataStamp, stamp);
+            got = ReadPositionFile(path, c_.clock, c_.errors, v.DRBase, v.DRStart, v.Name, v.COG, v.SOG);
+            if (got == 2) c_.hooks.LogEvent(LogCode::NewFileVessel, v.Name);
+        }
+    }
+    v.Pos = DeadReckon(v.DRBase, v.COG, v.SOG, Elapsed(c.now, v.DRStart));
+    c.prefix = "DR Mode Age : ";
+    c.age = c.now - double(v.DRStart);
+    c_.chart.PrepareVesselPoint(v.Pos);
+    if (got == 2) ChartChoice();
+    if (c.tide) WaterFromGround(c.set, c.drift);
+    return true;
 }
 
 void VesselModule::EndOfCycle() {
     InstrumentHooks& h = c_.hooks;
     ErrorReporter& e = c_.errors;
     e.Guard("UpdateVesselPos", [&] { UpdateVesselConsole(); });
-    e.Guard("UpdateVesselPos", [&] { h.AutoLog(); });
-    e.Guard("UpdateVesselPos", [&] { h.RefreshTargets(); });
-    if (VesselActive()) e.Guard("UpdateVesselPos", [&] { h.TrackCheck(); });
-    e.Guard("UpdateVesselPos", [&] { h.ManOverboardReadout(); });
-    e.Guard("UpdateVesselPos", [&] { h.RedrawVessel(); });
-    e.Guard("CheckBoundaries", [&] { h.CheckBoundaries(vessel.Pos, vessel.Predictor); });
-    e.Guard("CheckAnchorAlarm", [&] { h.CheckAnchorAlarm(vessel.Pos); });
+    const VesselSnapshot v = Snapshot();
+    e.Guard("UpdateVesselPos", [&] { h.AutoLog(v); });
+    e.Guard("UpdateVesselPos", [&] { h.RefreshTargets(v); });
+    if (v.Active) e.Guard("UpdateVesselPos", [&] { h.TrackCheck(v); });
+    e.Guard("UpdateVesselPos", [&] { h.ManOverboardReadout(v); });
+    e.Guard("UpdateVesselPos", [&] { h.RedrawVessel(v); });
+    e.Guard("CheckBoundaries", [&] { h.CheckBoundaries(v); });
+    e.Guard("CheckAnchorAlarm", [&] { h.CheckAnchorAlarm(v); });
     if (c_.leg.Kind != 0) {
-        e.Guard("CheckArrivalAlarm", [&] { h.CheckArrivalAlarm(); });
-        if (c_.leg.Kind != 0) e.Guard("CheckXTEAlarm", [&] { h.CheckXTEAlarm(); });
+        e.Guard("CheckArrivalAlarm", [&] { h.CheckArrivalAlarm(v); });
+        if (c_.leg.Kind != 0) e.Guard("CheckXTEAlarm", [&] { h.CheckXTEAlarm(v); });
     }
     e.Guard("UpdateVesselPos", [&] {
         UpdateCursorConsole();
         UpdateWaypointConsole();
     });
     e.Guard("UpdateVesselPos", [&] {
-        h.RefreshAutoscrollMarker();
-        h.UpdateLogRunningRecord();
+        h.RefreshAutoscrollMarker(v);
+        h.UpdateLogRunningRecord(v);
     });
     e.Guard("UpdateVesselPos", [&] { UpdateTideConsole(); });
-    e.Guard("UpdateVesselPos", [&] { h.RefreshSatInfo(); });
+    e.Guard("UpdateVesselPos", [&] { h.RefreshSatInfo(v); });
 }
 
 double VesselModule::ClockNow() const { return c_.clock.Timer(); }
@@ -361,10 +392,10 @@ void VesselModule::EnterDR(double courseTrue, double speed) {
     c_.errors.Guard("EnterDR", [&] {
         LatLong here = vessel.Pos;
         double heading = vessel.Heading;
-        if (vessel.Mode == 2 || vessel.Mode == 3 || vessel.Mode == 4) c_.comm.StopGPS();
+        if (vessel.Mode == kModeGPS || vessel.Mode == kModeConnecting || vessel.Mode == kModeGPSLost) c_.comm.StopGPS();
         vessel.Pos = here;
         vessel.Heading = heading;
-        SetVesselMode(1);
+        SetVesselMode(kModeDR);
         vessel.DRBase = here;
         vessel.DRStart = float(c_.clock.Timer());
         vessel.CourseWater = Fold360(courseTrue);

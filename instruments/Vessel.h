@@ -1,14 +1,17 @@
 // Vessel: the one vessel, where its position comes from, and the cycle
 // that moves it.
 //
-// Modes, and where the position comes from:
+// Modes (the constants kMode... of Comm.h), and where the position comes from:
 //   0 None        nothing; every read-out "N/A"; "Off Line"
 //   1 DR          dead reckoning from COG and SOG; "DR" in blue
 //   2 GPS         the fix; "DIFF GPS" bright green or "RAW GPS" green
 //   3 Connecting  nothing yet; "No GPS Signal" / "Poor GPS signal" in red
 //   4 GPS lost    dead reckoning from the last fix; red as for 3
 //   5 FILE DR     dead reckoning between reports of FileData\Position.dat
-// Active (alarms, track, NMEA output) in 1, 2, 4 and 5 only.
+// Active (alarms, track, NMEA output) in 1, 2, 4 and 5 only. Each mode's
+// share of the cycle is one function (CycleDR, CycleGPS, ...). While the
+// mouse drags the vessel (ChartOps::VesselBeingDragged) the dead-reckoning
+// modes leave the position alone and the cycle ends early.
 //
 // UpdateVesselPos runs on every position sentence and at least once a
 // second. It does the mode's work, writes the status and age lines of the
@@ -16,8 +19,19 @@
 // position: console rows, targets, track, man overboard, redraw, boundary,
 // anchor, arrival and cross-track alarms, cursor and waypoint rows,
 // autoscroll marker and log, tide rows, satellite window (InstrumentHooks).
-// Its result is the fix's Status (1 good, 0 invalid, -1 none); in DR and
-// FILE DR the fix is not read and the result is 0.
+// Its result is the fix's Status (kFixGood 1, kFixInvalid 0, kFixNoData
+// -1); in DR and FILE DR the fix is not read and the result is 0. The fix
+// is aged (NmeaDecoder::AgeFix) once per cycle that reads it, just before
+// reading; the cycle that finds the data run out sees an empty record
+// (Status 0). The end-of-cycle hooks get a VesselSnapshot taken after the
+// vessel console rows are written.
+//
+// Faults: every step runs under a guard; a failing step is reported under
+// its name and the cycle goes on. The position file is outside input: any
+// content is survived (PositionFile.h).
+//
+// Ownership: VesselModule keeps references to the services of its context
+// (VesselContext); they must outlive it.
 //
 // Time: the clock is seconds since midnight. Dead reckoning runs from
 // DRBase at DRStart; an elapsed time that comes out negative has crossed
@@ -118,10 +132,14 @@ public:
     void LoadVesselSettings();
     void ReadLastFileDataStamp();
 
-    int16_t VesselMode() override { return vessel.Mode; }
+    int16_t VesselMode() const override { return vessel.Mode; }
     void SetVesselMode(int16_t mode) override;
     bool VesselActive() const { return IsActiveMode(vessel.Mode); }
-    static bool IsActiveMode(int16_t m) { return m == 1 || m == 2 || m == 4 || m == 5; }
+    static bool IsActiveMode(int16_t m) {
+        return m == kModeDR || m == kModeGPS || m == kModeGPSLost || m == kModeFileDR;
+    }
+    // The vessel as the hooks see it at this moment.
+    VesselSnapshot Snapshot() const;
 
     int16_t UpdateVesselPos();
     // HeadingData after ARPA's age test on the last OSD.
@@ -154,8 +172,32 @@ private:
     void WaterFromGround(double set, double drift);
     void GroundFromWater(double set, double drift);
     double Elapsed(double now, double since) const;
-    // The cycle by mode; false when the cycle ends before the age line.
-    bool ModeWork(GPSFix& Fix, std::string& prefix, double& age);
+    // One cycle's working state: the fix it read, what the age line will
+    // say, the clock and the tidal stream at its start.
+    struct Cycle {
+        GPSFix fix{};
+        std::string prefix;
+        double age = 0.0;
+        double now = 0.0;
+        bool tide = false;
+        double set = 0.0, drift = 0.0;
+    };
+    // The cycle by mode; each is false when the cycle ends before the age line.
+    bool ModeWork(Cycle& c);
+    bool CycleNone(Cycle& c);
+    bool CycleDR(Cycle& c);
+    bool CycleGPS(Cycle& c);
+    bool CycleConnecting(Cycle& c);
+    bool CycleGPSLost(Cycle& c);
+    bool CycleFileDR(Cycle& c);
+    // Connecting without a good fix: the prompt, and every 20th try the
+    // question whether to go on.
+    void StillConnecting(int16_t status);
+    // The position, course and times of a good fix taken into the vessel.
+    void TakeFix(const GPSFix& fix);
+    // The fix for this cycle, aged first; on the cycle that finds the data
+    // run out an empty record (Status kFixInvalid).
+    GPSFix ReadFix();
     void EndOfCycle();
     std::string AngleText(double trueDegrees) const;
 

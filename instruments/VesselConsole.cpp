@@ -24,7 +24,7 @@ constexpr double kDeg = 0.017453292519944444;
 
 std::string VesselModule::AngleText(double trueDegrees) const {
     double a = trueDegrees;
-    if (c_.units.AngleUnit != 0) a = Fold360(a - double(c_.hooks.VesselVariation()));
+    if (c_.units.AngleUnit != 0) a = Fold360(a - double(c_.hooks.VariationAt(vessel.Pos)));
     // A compass course is the magnetic one plus the card's deviation for it.
     if (c_.units.AngleUnit == 2) a = Fold360(a + double(c_.hooks.CompassDeviation(float(a))));
     return Format(a, "000.0") + " " + c_.units.UnitText(UnitKind::Angle);
@@ -152,7 +152,7 @@ void VesselModule::AutoscrollCheck() {
     c_.errors.Guard("AutoscrollCheck", [&] {
         if (!(AutoscrollTime > 0.0f) || !VesselActive()) return;
         ScrollView view;
-        if (!c_.chart.GetScrollView(view) || !(view.PixelsPerNM > 0.0) || view.Width <= 0 || view.Height <= 0) return;
+        if (!c_.chart.GetScrollView(vessel.Pos, view) || !(view.PixelsPerNM > 0.0) || view.Width <= 0 || view.Height <= 0) return;
         double speed = vessel.SOG;
         if (!(speed > 0.05)) return;
         double sx = std::sin(vessel.COG * kDeg), sy = -std::cos(vessel.COG * kDeg);

@@ -104,53 +104,85 @@ void PlotterNavHost::ActiveLegChanged() {
 
 // ---- What the instruments ask ------------------------------------------------
 
-void PlotterHooks::ShowCommDialog(CommDialog d) { p_.services_.shell.ShowCommDialog(int(d)); }
+void PlotterHooks::ShowCommDialog(CommDialog dialog) { p_.services_.shell.ShowCommDialog(int(dialog)); }
 void PlotterHooks::DecodeAIS(const std::string& sentence) { p_.ais_.DecodeAIS(sentence); }
-bool PlotterHooks::GetOwnVessel(OwnVesselReport& r) { return OwnVesselFromAis(p_.ais_, r); }
-void PlotterHooks::SetGPSMenuState(bool on) { p_.services_.shell.SetGPSMenuState(on); }
-void PlotterHooks::SetInfoLine(int panel, const std::string& text) { p_.services_.shell.SetInfoPanel(panel, text); }
+bool PlotterHooks::GetOwnVessel(OwnVesselReport& report) const { return OwnVesselFromAis(p_.ais_, report); }
+// Not present yet: the ARPA decoder takes these.
+void PlotterHooks::DecodeARPA(std::string_view, const std::string&) {}
+// Not present yet: the ARPA decoder's table.
+void PlotterHooks::ClearArpaTargets() {}
+// Not present yet: the targets module keeps the active-target selections.
+void PlotterHooks::ClearActiveTargets() {}
+void PlotterHooks::SetGPSMenuState(bool gpsOn) { p_.services_.shell.SetGPSMenuState(gpsOn); }
+// Not present yet: the ARPA decoder ages its own OSD.
+void PlotterHooks::ArpaHeadingAgeCheck() {}
+void PlotterHooks::SetInfoLine(InfoPanel panel, const std::string& text) {
+    p_.services_.shell.SetInfoPanel(int(panel), text);
+}
 void PlotterHooks::SetBusyCursor(bool busy) { p_.services_.shell.SetBusyCursor(busy); }
-float PlotterHooks::VesselVariation() { return p_.magVar_.MagneticVariation(p_.instruments_.vessel.vessel.Pos); }
-float PlotterHooks::CompassDeviation(float h) { return p_.deviation_.DeviationFor(h); }
-void PlotterHooks::ShowLostGPS(bool up) { p_.services_.shell.ShowLostGPS(up); }
-void PlotterHooks::RefreshSatInfo() { p_.services_.shell.RefreshSatInfo(); }
-void PlotterHooks::ConsoleChanged() { p_.services_.shell.ConsoleChanged(); }
-void PlotterHooks::RedrawVessel() { p_.RequestChartRedraw(); }
-void PlotterHooks::TrackCheck() {
-    const Vessel& v = p_.instruments_.vessel.vessel;
-    if (p_.nav_.tracks.TrackCheck(v.Pos, v.COG, p_.services_.clock.Timer())) p_.RequestChartRedraw();
-}
-void PlotterHooks::AddTrackPoint() {
-    const Vessel& v = p_.instruments_.vessel.vessel;
-    p_.nav_.tracks.AddTrackPoint(v.Pos, v.COG);
-}
-void PlotterHooks::CloseTrack() {
-    AddTrackPoint();
+// Not present yet: the tides module answers with its stream; none meanwhile.
+bool PlotterHooks::TideAtVessel(double&, double&) const { return false; }
+// Not present yet: the tides module works the course to steer.
+bool PlotterHooks::CourseToSteerLeg(double&) const { return false; }
+float PlotterHooks::VariationAt(const LatLong& pos) const { return p_.magVar_.MagneticVariation(pos); }
+float PlotterHooks::CompassDeviation(float magneticHeading) const { return p_.deviation_.DeviationFor(magneticHeading); }
+// Not present yet: the active route's display ends its tracking aids.
+void PlotterHooks::EndTrackingAids() {}
+void PlotterHooks::CloseTrack(const VesselSnapshot& vessel) {
+    AddTrackPoint(vessel);
     p_.nav_.tracks.StartSegment();
 }
-bool PlotterHooks::CursorPosition(LatLong& pos) {
+void PlotterHooks::AddTrackPoint(const VesselSnapshot& vessel) { p_.nav_.tracks.AddTrackPoint(vessel.Pos, vessel.COG); }
+// Not present yet: the log module writes these events.
+void PlotterHooks::LogEvent(LogCode, const std::string&) {}
+// Not present yet: the log module's automatic entries.
+void PlotterHooks::AutoLog(const VesselSnapshot&) {}
+// Not present yet: the targets module (AIS and ARPA) refreshes against the vessel.
+void PlotterHooks::RefreshTargets(const VesselSnapshot&) {}
+void PlotterHooks::TrackCheck(const VesselSnapshot& vessel) {
+    if (p_.nav_.tracks.TrackCheck(vessel.Pos, vessel.COG, vessel.Time)) p_.RequestChartRedraw();
+}
+// Not present yet: the alarms module's man-overboard read-out.
+void PlotterHooks::ManOverboardReadout(const VesselSnapshot&) {}
+void PlotterHooks::RedrawVessel(const VesselSnapshot&) { p_.RequestChartRedraw(); }
+// Not present yet: the alarms module checks the boundaries.
+void PlotterHooks::CheckBoundaries(const VesselSnapshot&) {}
+// Not present yet: the alarms module's anchor watch.
+void PlotterHooks::CheckAnchorAlarm(const VesselSnapshot&) {}
+// Not present yet: the alarms module's arrival alarm.
+void PlotterHooks::CheckArrivalAlarm(const VesselSnapshot&) {}
+// Not present yet: the alarms module's cross-track alarm.
+void PlotterHooks::CheckXTEAlarm(const VesselSnapshot&) {}
+// Not present yet: the chart view draws no autoscroll marker.
+void PlotterHooks::RefreshAutoscrollMarker(const VesselSnapshot&) {}
+// Not present yet: the log module keeps the running record.
+void PlotterHooks::UpdateLogRunningRecord(const VesselSnapshot&) {}
+void PlotterHooks::RefreshSatInfo(const VesselSnapshot&) { p_.services_.shell.RefreshSatInfo(); }
+void PlotterHooks::ShowLostGPS(bool up) { p_.services_.shell.ShowLostGPS(up); }
+bool PlotterHooks::CursorPosition(LatLong& pos) const {
     if (!p_.cursorOnChart_) return false;
     pos = p_.cursorPos_;
     return true;
 }
+void PlotterHooks::ConsoleChanged() { p_.services_.shell.ConsoleChanged(); }
 
 // ---- The chart as the vessel needs it ------------------------------------------
 
-bool PlotterChartOps::ChartOpen() { return p_.charts_.Charts.ChartIsOpen(); }
+bool PlotterChartOps::ChartOpen() const { return p_.charts_.Charts.ChartIsOpen(); }
 void PlotterChartOps::PrepareVesselPoint(const LatLong&) { p_.RequestChartRedraw(); }
-void PlotterChartOps::CentreOnVessel() {
-    if (ChartOpen()) p_.charts_.View.CentreOnPosition(p_.instruments_.vessel.vessel.Pos);
+void PlotterChartOps::CentreOnVessel(const LatLong& pos) {
+    if (ChartOpen()) p_.charts_.View.CentreOnPosition(pos);
 }
 void PlotterChartOps::OpenBestChartAt(const LatLong& pos) { p_.charts_.Charts.OpenChartAt(pos.Lat, pos.Long); }
 void PlotterChartOps::CentreChartAt(const LatLong& pos) {
     if (ChartOpen()) p_.charts_.View.CentreOnPosition(pos);
 }
-bool PlotterChartOps::GetScrollView(ScrollView& v) {
+bool PlotterChartOps::GetScrollView(const LatLong& pos, ScrollView& v) const {
     if (!ChartOpen()) return false;
     Display& d = p_.charts_.View;
     const ChartViewState& s = d.View();
     if (d.DisplayedPlan < 0 || s.ViewFactor <= 0.0) return false;
-    NavPoint np = d.LocatePosition(p_.instruments_.vessel.vessel.Pos);
+    NavPoint np = d.LocatePosition(pos);
     size_t plan = size_t(d.DisplayedPlan);
     if (plan >= np.Pixel.size() || plan >= np.InPlan.size() || np.InPlan[plan] == 0) return false;
     ChartPoint screen = d.ChartToScreen(np.Pixel[plan]);
@@ -161,6 +193,7 @@ bool PlotterChartOps::GetScrollView(ScrollView& v) {
     v.VesselY = screen.y;
     return true;
 }
+bool PlotterChartOps::VesselBeingDragged() const { return p_.nav_.tools.Current() == ToolVessel; }
 
 bool PlotterVesselSource::GetVesselView(VesselView& out) {
     const VesselModule& m = p_.instruments_.vessel;
@@ -211,7 +244,7 @@ void Plotter::ApplyOptions(const OptionsValues& values) {
     });
 }
 
-void Plotter::CentreOnVessel() { chartOps_.CentreOnVessel(); }
+void Plotter::CentreOnVessel() { chartOps_.CentreOnVessel(instruments_.vessel.vessel.Pos); }
 
 bool Plotter::ApplyVesselDialog(const VesselDialogValues& values) {
     return ombra::ApplyVesselDialog(instruments_.vessel, registry_, units_, hooks_, services_.dialogs,

@@ -56,41 +56,60 @@ struct PlotterServices {
 
 class Plotter;
 
-// What the instruments ask of the rest of the plotter.
+// What the instruments ask of the rest of the plotter: every hook, each
+// answered here, those of modules the plotter does not have yet as such.
 class PlotterHooks : public InstrumentHooks {
 public:
     explicit PlotterHooks(Plotter& p) : p_(p) {}
-    void ShowCommDialog(CommDialog d) override;
+    void ShowCommDialog(CommDialog dialog) override;
     void DecodeAIS(const std::string& sentence) override;
-    bool GetOwnVessel(OwnVesselReport& r) override;
-    void SetGPSMenuState(bool on) override;
-    void SetInfoLine(int panel, const std::string& text) override;
+    bool GetOwnVessel(OwnVesselReport& report) const override;
+    void DecodeARPA(std::string_view id, const std::string& sentence) override;
+    void ClearArpaTargets() override;
+    void ClearActiveTargets() override;
+    void SetGPSMenuState(bool gpsOn) override;
+    void ArpaHeadingAgeCheck() override;
+    void SetInfoLine(InfoPanel panel, const std::string& text) override;
     void SetBusyCursor(bool busy) override;
-    float VesselVariation() override;
-    float CompassDeviation(float magneticHeading) override;
+    bool TideAtVessel(double& set, double& drift) const override;
+    bool CourseToSteerLeg(double& course) const override;
+    float VariationAt(const LatLong& pos) const override;
+    float CompassDeviation(float magneticHeading) const override;
+    void EndTrackingAids() override;
+    void CloseTrack(const VesselSnapshot& vessel) override;
+    void AddTrackPoint(const VesselSnapshot& vessel) override;
+    void LogEvent(LogCode code, const std::string& text) override;
+    void AutoLog(const VesselSnapshot& vessel) override;
+    void RefreshTargets(const VesselSnapshot& vessel) override;
+    void TrackCheck(const VesselSnapshot& vessel) override;
+    void ManOverboardReadout(const VesselSnapshot& vessel) override;
+    void RedrawVessel(const VesselSnapshot& vessel) override;
+    void CheckBoundaries(const VesselSnapshot& vessel) override;
+    void CheckAnchorAlarm(const VesselSnapshot& vessel) override;
+    void CheckArrivalAlarm(const VesselSnapshot& vessel) override;
+    void CheckXTEAlarm(const VesselSnapshot& vessel) override;
+    void RefreshAutoscrollMarker(const VesselSnapshot& vessel) override;
+    void UpdateLogRunningRecord(const VesselSnapshot& vessel) override;
+    void RefreshSatInfo(const VesselSnapshot& vessel) override;
     void ShowLostGPS(bool up) override;
-    void RefreshSatInfo() override;
+    bool CursorPosition(LatLong& pos) const override;
     void ConsoleChanged() override;
-    void RedrawVessel() override;
-    void TrackCheck() override;
-    void AddTrackPoint() override;
-    void CloseTrack() override;
-    bool CursorPosition(LatLong& pos) override;
 
 private:
     Plotter& p_;
 };
 
-// The chart in view, as the vessel needs it.
+// The chart in view and the mouse tools, as the vessel needs them.
 class PlotterChartOps : public ChartOps {
 public:
     explicit PlotterChartOps(Plotter& p) : p_(p) {}
-    bool ChartOpen() override;
-    void PrepareVesselPoint(const LatLong&) override;
-    void CentreOnVessel() override;
+    bool ChartOpen() const override;
+    void PrepareVesselPoint(const LatLong& pos) override;
+    void CentreOnVessel(const LatLong& pos) override;
     void OpenBestChartAt(const LatLong& pos) override;
-    bool GetScrollView(ScrollView& view) override;
+    bool GetScrollView(const LatLong& pos, ScrollView& view) const override;
     void CentreChartAt(const LatLong& pos) override;
+    bool VesselBeingDragged() const override;
 
 private:
     Plotter& p_;

@@ -34,6 +34,7 @@
 #include "core/Units.h"
 #include "core/Val.h"
 #include "instruments/DemoPassage.h"
+#include "instruments/HeadlessHooks.h"
 #include "instruments/Instruments.h"
 #include "platform/ais/AisDecoder.h"
 #include "platform/comms/ScriptedComms.h"
@@ -60,11 +61,11 @@ private:
 };
 
 // The AIS decoder behind the intake's AIS calls.
-class CliHooks : public InstrumentHooks {
+class CliHooks : public HeadlessHooks {
 public:
     explicit CliHooks(AisDecoder& ais) : ais_(ais) {}
     void DecodeAIS(const std::string& s) override { ais_.DecodeAIS(s); }
-    bool GetOwnVessel(OwnVesselReport& r) override { return OwnVesselFromAis(ais_, r); }
+    bool GetOwnVessel(OwnVesselReport& r) const override { return OwnVesselFromAis(ais_, r); }
 
 private:
     AisDecoder& ais_;
@@ -132,7 +133,7 @@ int RunNmea(const CliArgs& args, std::ostream& out, std::ostream& err) {
     ScriptedComms ports;
     AisDecoder ais(clock);
     CliHooks hooks(ais);
-    ChartOps chart;
+    HeadlessChart chart;
     Instruments ins({reg, units, g, clock, events, errors, ports, hooks, chart});
     ins.LoadCommsSettings();
     ins.vessel.vessel.Mode = 2;  // connected: sentences are routed

@@ -12,6 +12,7 @@
 #include "core/Startup.h"
 #include "core/Units.h"
 #include "instruments/DemoPassage.h"
+#include "instruments/HeadlessHooks.h"
 #include "instruments/Instruments.h"
 #include "platform/comms/LineQueue.h"
 #include "platform/comms/ScriptedComms.h"
@@ -47,8 +48,8 @@ struct Rig {
     ScriptedDialogs dialogs;
     ErrorReporter errors{dialogs, globals.ProductName};
     ScriptedComms ports;
-    InstrumentHooks hooks;
-    ChartOps chart;
+    HeadlessHooks hooks;
+    HeadlessChart chart;
     Instruments ins{{reg, units, globals, clock, events, errors, ports, hooks, chart}};
     Rig(bool checksums) {
         ins.LoadCommsSettings();

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -349,6 +350,92 @@ std::shared_ptr<PortSource> PosixComms::Find(int16_t port) {
     return it == open_.end() ? nullptr : it->second;
 }
 
+namespace {
+
+// A UDP listener bound to the address's port; -1 with `why` on failure.
+int BindUdp(const PortAddress& addr, std::string& why) {
+    addrinfo hints{};
+    hints.ai_family = AF_INET;
+    hints.ai_socktype = SOCK_DGRAM;
+    hints.ai_flags = AI_NUMERICSERV | AI_PASSIVE;
+    addrinfo* res = nullptr;
+    const char* host = addr.host.empty() ? nullptr : addr.host.c_str();
+    if (::getaddrinfo(host, std::to_string(addr.port).c_str(), &hints, &res) != 0 || !res) {
+        why = addr.host + ": unknown address";
+        return -1;
+    }
+    int s = ::socket(res->ai_family, res->ai_socktype | SOCK_CLOEXEC, res->ai_protocol);
+    int one = 1;
+    if (s >= 0) {
+        ::setsockopt(s, SOL_SOCKET, SO_REUSEADDR, &one, sizeof one);
+        ::setsockopt(s, SOL_SOCKET, SO_BROADCAST, &one, sizeof one);
+    }
+    if (s < 0 || ::bind(s, res->ai_addr, res->ai_addrlen) != 0) {
+        why = "udp port " + std::to_string(addr.port) + ": " + std::strerror(errno);
+        if (s >= 0) ::close(s);
+        ::freeaddrinfo(res);
+        return -1;
+    }
+    ::freeaddrinfo(res);
+    SetNonBlocking(s);
+    return s;
+}
+
+}  // namespace
+
+bool HostNameCanResolve(const std::string& host) {
+    unsigned char buf[sizeof(in6_addr)];
+    if (::inet_pton(AF_INET, host.c_str(), buf) == 1 || ::inet_pton(AF_INET6, host.c_str(), buf) == 1) return true;
+    std::string name = host;
+    if (!name.empty() && name.back() == '.') name.pop_back();  // written from the root
+    if (name.empty() || name.size() > 253) return false;
+    std::string label;
+    for (size_t start = 0; start <= name.size();) {
+        size_t dot = std::min(name.find('.', start), name.size());
+        label = name.substr(start, dot - start);
+        if (label.empty() || label.size() > 63 || label.front() == '-' || label.back() == '-') return false;
+        for (char c : label)
+            if (!std::isalnum(static_cast<unsigned char>(c)) && c != '-') return false;
+        start = dot + 1;
+    }
+    // The reserved top-level name that never resolves.
+    for (char& c : label) c = char(std::tolower(static_cast<unsigned char>(c)));
+    return label != "invalid";
+}
+
+bool PosixComms::PrepareSource(PortSource& src, int16_t port, const std::string& device) {
+    const PortAddress& addr = src.addr;
+    switch (addr.kind) {
+        case PortAddress::Kind::None:
+            lastError_ = "port " + std::to_string(port) + " has no device (\"" + device + "\")";
+            return false;
+        case PortAddress::Kind::Serial:
+            src.fd = OpenSerial(addr.path, src.baud, lastError_);
+            src.connected = src.fd >= 0;
+            return src.fd >= 0;
+        case PortAddress::Kind::Tcp:
+            // Looking the name up may take seconds: the port's own thread
+            // does it, on each dial. Here only a name that can never resolve
+            // is refused.
+            if (!HostNameCanResolve(addr.host)) {
+                lastError_ = addr.host + ": unknown host";
+                return false;
+            }
+            return true;
+        case PortAddress::Kind::Udp:
+            src.fd = BindUdp(addr, lastError_);
+            src.connected = src.fd >= 0;
+            return src.fd >= 0;
+        case PortAddress::Kind::File:
+            if (::access(addr.path.c_str(), R_OK) != 0) {
+                lastError_ = addr.path + ": " + std::strerror(errno);
+                return false;
+            }
+            return true;
+    }
+    return false;
+}
+
 int16_t PosixComms::OpenComPort(int16_t port, int32_t baudRate) {
     lastError_.clear();
     if (port < 1) {
@@ -360,67 +447,10 @@ int16_t PosixComms::OpenComPort(int16_t port, int32_t baudRate) {
         return 0;
     }
     std::string device = dir_.DeviceOf(port);
-    PortAddress addr = ParsePortAddress(device, dir_.BaseFolder());
     auto src = std::make_shared<PortSource>(capacity_);
-    src->addr = addr;
+    src->addr = ParsePortAddress(device, dir_.BaseFolder());
     src->baud = baudRate;
-    switch (addr.kind) {
-        case PortAddress::Kind::None:
-            lastError_ = "port " + std::to_string(port) + " has no device (\"" + device + "\")";
-            return 0;
-        case PortAddress::Kind::Serial:
-            src->fd = OpenSerial(addr.path, baudRate, lastError_);
-            if (src->fd < 0) return 0;
-            src->connected = true;
-            break;
-        case PortAddress::Kind::Tcp: {
-            addrinfo hints{};
-            hints.ai_socktype = SOCK_STREAM;
-            hints.ai_flags = AI_NUMERICSERV;
-            addrinfo* res = nullptr;
-            if (::getaddrinfo(addr.host.c_str(), std::to_string(addr.port).c_str(), &hints, &res) != 0) {
-                lastError_ = addr.host + ": unknown host";
-                return 0;
-            }
-            ::freeaddrinfo(res);
-            break;
-        }
-        case PortAddress::Kind::Udp: {
-            addrinfo hints{};
-            hints.ai_family = AF_INET;
-            hints.ai_socktype = SOCK_DGRAM;
-            hints.ai_flags = AI_NUMERICSERV | AI_PASSIVE;
-            addrinfo* res = nullptr;
-            const char* host = addr.host.empty() ? nullptr : addr.host.c_str();
-            if (::getaddrinfo(host, std::to_string(addr.port).c_str(), &hints, &res) != 0 || !res) {
-                lastError_ = addr.host + ": unknown address";
-                return 0;
-            }
-            int s = ::socket(res->ai_family, res->ai_socktype | SOCK_CLOEXEC, res->ai_protocol);
-            int one = 1;
-            if (s >= 0) {
-                ::setsockopt(s, SOL_SOCKET, SO_REUSEADDR, &one, sizeof one);
-                ::setsockopt(s, SOL_SOCKET, SO_BROADCAST, &one, sizeof one);
-            }
-            if (s < 0 || ::bind(s, res->ai_addr, res->ai_addrlen) != 0) {
-                lastError_ = "udp port " + std::to_string(addr.port) + ": " + std::strerror(errno);
-                if (s >= 0) ::close(s);
-                ::freeaddrinfo(res);
-                return 0;
-            }
-            ::freeaddrinfo(res);
-            SetNonBlocking(s);
-            src->fd = s;
-            src->connected = true;
-            break;
-        }
-        case PortAddress::Kind::File:
-            if (::access(addr.path.c_str(), R_OK) != 0) {
-                lastError_ = addr.path + ": " + std::strerror(errno);
-                return 0;
-            }
-            break;
-    }
+    if (!PrepareSource(*src, port, device)) return 0;
     if (::pipe2(src->wake, O_CLOEXEC | O_NONBLOCK) != 0) {
         lastError_ = std::strerror(errno);
         return 0;

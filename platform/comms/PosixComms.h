@@ -18,10 +18,15 @@
 // own timeouts decide what silence means. A partial sentence cut off by
 // the loss is dropped, never delivered torn.
 //
-// Opening fails (0) when the number has no device, a serial device is
-// missing, not a terminal or held by another program (flock and TIOCEXCL),
-// a TCP host does not resolve, a UDP port cannot be bound, or a log file
-// cannot be read. LastOpenError says which, for the port test window.
+// Opening never waits on the network: a TCP port's host name is looked up
+// by the port's own thread each time it dials (once a second until it
+// answers), so a slow or absent name server holds that thread, never the
+// caller. Opening fails (0) when the number has no device, a serial device
+// is missing, not a terminal or held by another program (flock and
+// TIOCEXCL), a TCP host name is malformed (HostNameCanResolve), a UDP port
+// cannot be bound, or a log file cannot be read. LastOpenError says which,
+// for the port test window. Closing a port joins its thread, which may be
+// in the middle of a lookup.
 #pragma once
 #include <cstdint>
 #include <map>
@@ -63,12 +68,20 @@ public:
 
 private:
     std::shared_ptr<PortSource> Find(int16_t port);
+    // Opens or checks the device of a new port; false with lastError_ set.
+    bool PrepareSource(PortSource& src, int16_t port, const std::string& device);
     PortDirectory& dir_;
     size_t capacity_;
     std::mutex mu_;
     std::map<int16_t, std::shared_ptr<PortSource>> open_;
     std::string lastError_;
 };
+
+// Whether a TCP host could ever resolve, decided without asking a name
+// server: a numeric IPv4 or IPv6 address, or a well-formed host name
+// (labels of letters, digits and inner hyphens, at most 63 characters each
+// and 253 in all) outside the reserved "invalid" top-level name.
+bool HostNameCanResolve(const std::string& host);
 
 // termios speed for a baud rate; false when the rate is not a standard one.
 bool BaudToSpeed(int32_t baud, unsigned& speed);

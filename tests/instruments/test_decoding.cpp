@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <map>
 #include <regex>
+#include <sstream>
 
 #include "tests/instruments/InstrumentsFixture.h"
 #include "tests/support/TestSupport.h"
@@ -92,7 +93,7 @@ TEST(Decoders, GLLForms) {
         SCOPED_TRACE(c.sentence);
         InstrumentsFixture f;
         f.Load();
-        f.ins.decoder.DecodeGLL(c.sentence);
+        f.Decode(c.sentence);
         EXPECT_EQ(f.ins.decoder.Fix.Status, c.status);
         EXPECT_NEAR(f.ins.decoder.Fix.Pos.Lat, c.lat, 1e-6);
         EXPECT_TRUE(f.ins.decoder.FixReceiving);
@@ -104,32 +105,33 @@ TEST(Decoders, GLLWithoutVTGWarns) {
     InstrumentsFixture f;
     f.Load();
     const std::string gll = "$GPGLL,4916.45,N,12311.12,W,225444,A*1D\r\n";
-    f.ins.decoder.DecodeGLL(gll);
+    f.Decode(gll);
     f.clock.Advance(300);
-    f.ins.decoder.DecodeGLL(gll);
+    f.Decode(gll);
     EXPECT_TRUE(f.Messages().empty());
     f.clock.Advance(1);
-    f.ins.decoder.DecodeGLL(gll);
+    f.Decode(gll);
     ASSERT_EQ(f.Messages().size(), 1u);
     EXPECT_EQ(f.Messages()[0], "You are not recieving VTG sentences, your COG and SOG values are not accurate.");
     EXPECT_EQ(f.dialogs.asked[0].style & 0xF0, mb::Critical);
-    f.ins.decoder.DecodeVTG("$GPVTG,054.7,T,034.4,M,005.5,N,010.2,K*48\r\n");
+    f.Decode("$GPVTG,054.7,T,034.4,M,005.5,N,010.2,K*48\r\n");
     f.clock.Advance(400);
-    f.ins.decoder.DecodeGLL(gll);
+    f.Decode(gll);
     EXPECT_EQ(f.Messages().size(), 1u);
 }
 
 TEST(Decoders, RMCTakesThePositionOnlyWhenAsked) {
     InstrumentsFixture f;
     f.Load();
+    f.ins.settings.NMEA_RMC = true;
     NmeaDecoder& d = f.ins.decoder;
-    d.DecodeRMC("$GPRMC,225446,A,4916.45,N,12311.12,W,000.5,054.7,191194,020.3,E*68\r\n", true);
+    f.Decode("$GPRMC,225446,A,4916.45,N,12311.12,W,000.5,054.7,191194,020.3,E*68\r\n");
     EXPECT_EQ(d.Fix.Status, 1);
     EXPECT_NEAR(d.Fix.Pos.Long, -(123 * 3600.0 + 11.12 * 60.0), 1e-6);
     LatLong before = d.Fix.Pos;
-    d.DecodeRMC("$GPRMC,225447,A,,N,,W,000.5,054.7,191194,020.3,E*00\r\n", true);  // empty numbers leave it
+    f.Decode("$GPRMC,225447,A,,N,,W,000.5,054.7,191194,020.3,E*00\r\n");  // empty numbers leave it
     EXPECT_EQ(d.Fix.Pos, before);
-    d.DecodeRMC("$GPRMC,225448,V,5000.00,N,00100.00,W,,,191194,,*00\r\n", true);
+    f.Decode("$GPRMC,225448,V,5000.00,N,00100.00,W,,,191194,,*00\r\n");
     EXPECT_EQ(d.Fix.Status, 0);
     EXPECT_EQ(d.Fix.Pos, before);
     EXPECT_EQ(d.LastBadTime, 12 * 3600);
@@ -138,8 +140,8 @@ TEST(Decoders, RMCTakesThePositionOnlyWhenAsked) {
 TEST(Decoders, GSVFillsTheTable) {
     InstrumentsFixture f;
     NmeaDecoder& d = f.ins.decoder;
-    d.DecodeGSV("$GPGSV,3,1,11,03,03,111,00,04,15,270,00,06,01,010,00,13,06,292,00*74\r\n");
-    d.DecodeGSV("$GPGSV,3,3,11,22,42,067,42,24,14,311,43,27,05,244,00,,,,*4D\r\n");
+    f.Decode("$GPGSV,3,1,11,03,03,111,00,04,15,270,00,06,01,010,00,13,06,292,00*74\r\n");
+    f.Decode("$GPGSV,3,3,11,22,42,067,42,24,14,311,43,27,05,244,00,,,,*4D\r\n");
     EXPECT_EQ(d.Sats.SatsInView, 11);
     EXPECT_EQ(d.Sats.Sat[3].PRN, 13);
     EXPECT_EQ(d.Sats.Sat[3].Azimuth, 292);
@@ -147,11 +149,11 @@ TEST(Decoders, GSVFillsTheTable) {
     EXPECT_EQ(d.Sats.Sat[9].SNR, 43);
     EXPECT_EQ(d.Sats.Sat[11].PRN, 0);
     // An empty field keeps the old number; message 4 is ignored.
-    d.DecodeGSV("$GPGSV,3,1,11,03,,111,,04,15,270,00,06,01,010,00,13,06,292,00*00\r\n");
+    f.Decode("$GPGSV,3,1,11,03,,111,,04,15,270,00,06,01,010,00,13,06,292,00*00\r\n");
     EXPECT_EQ(d.Sats.Sat[0].Elevation, 3);
-    d.DecodeGSV("$GPGSV,4,4,14,31,10,100,20*00\r\n");
+    f.Decode("$GPGSV,4,4,14,31,10,100,20*00\r\n");
     for (const SatRow& r : d.Sats.Sat) EXPECT_NE(r.PRN, 31);
-    d.DecodeGSV("$GPGSV,3,x,11*00\r\n");
+    f.Decode("$GPGSV,3,x,11*00\r\n");
     EXPECT_EQ(d.Sats.SatsInView, 11);
 }
 
@@ -160,12 +162,12 @@ TEST(Decoders, GSVFillsTheTable) {
 TEST(Decoders, OverflowIsReportedAndDecodingGoesOn) {
     InstrumentsFixture f;
     f.Load();
-    f.ins.decoder.DecodeGGA("$GPGGA,123519,4807.038,N,01131.000,E,1,99999,0.9,545.4,M,46.9,M,,*00\r\n");
+    f.Decode("$GPGGA,123519,4807.038,N,01131.000,E,1,99999,0.9,545.4,M,46.9,M,,*00\r\n");
     ASSERT_EQ(f.Messages().size(), 1u);
     EXPECT_EQ(f.Messages()[0], "Error in 'DecodeGGA'\nOverflow");
     EXPECT_EQ(f.ins.decoder.Fix.Status, 1);
     EXPECT_DOUBLE_EQ(f.ins.decoder.GGA.HDOP, 0.9);
-    f.ins.decoder.DecodeVTG("$GPVTG,1e9,T,,M,7.5,N*00\r\n");
+    f.Decode("$GPVTG,1e9,T,,M,7.5,N*00\r\n");
     EXPECT_EQ(f.Messages().size(), 2u);
     EXPECT_FLOAT_EQ(f.ins.decoder.Fix.Speed, 7.5f);
 }
@@ -178,10 +180,10 @@ TEST(Decoders, GetGPSFixAges) {
     f.Load();
     NmeaDecoder& d = f.ins.decoder;
     GPSFix out;
-    d.GetGPSFix(out);
+    f.ReadFix(out);
     EXPECT_EQ(out.Status, -1);
 
-    d.DecodeGGA(Sentence("GPGGA,120000,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
+    f.Decode(Sentence("GPGGA,120000,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
     struct Step {
         double advance;
         int16_t status;
@@ -191,19 +193,19 @@ TEST(Decoders, GetGPSFixAges) {
         f.clock.Advance(s.advance);
         GPSFix o;
         o.Status = -99;
-        d.GetGPSFix(o);
+        f.ReadFix(o);
         EXPECT_EQ(o.Status, s.status) << "after " << s.advance;
     }
     EXPECT_FALSE(d.FixReceiving);
 
     // An invalid sentence within half the delay spoils a stale good fix.
-    d.DecodeGGA(Sentence("GPGGA,120100,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
+    f.Decode(Sentence("GPGGA,120100,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
     f.clock.Advance(15);
-    d.DecodeGGA(Sentence("GPGGA,120115,,,,,0,00,,,M,,M,,"));
+    f.Decode(Sentence("GPGGA,120115,,,,,0,00,,,M,,M,,"));
     d.Fix.Status = 1;  // as if a good sentence had come between
     f.clock.Advance(6);
     GPSFix o;
-    d.GetGPSFix(o);
+    f.ReadFix(o);
     EXPECT_EQ(o.Status, 0);
 }
 
@@ -212,14 +214,152 @@ TEST(Decoders, GetGPSFixAcrossMidnight) {
     InstrumentsFixture f;
     f.Load();
     f.clock.SetTime(23, 59, 55);
-    f.ins.decoder.DecodeGGA(Sentence("GPGGA,235955,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
+    f.Decode(Sentence("GPGGA,235955,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
     f.clock.Advance(10);
     EXPECT_EQ(f.clock.now.hour, 0);
     GPSFix o;
-    f.ins.decoder.GetGPSFix(o);
+    f.ReadFix(o);
     EXPECT_EQ(o.Status, 1);
     f.clock.Advance(15);
-    f.ins.decoder.GetGPSFix(o);
+    f.ReadFix(o);
     EXPECT_EQ(o.Status, 1);  // the caller's record as it was: this call found the data run out
     EXPECT_EQ(f.ins.decoder.Fix.Status, -1);
+}
+
+namespace {
+
+// Everything a decoder may change, as text, so two decoders' states can be
+// compared whole.
+std::string State(const NmeaDecoder& d) {
+    std::ostringstream o;
+    const GPSFix& f = d.Fix;
+    o << f.Status << ' ' << f.Diff << ' ' << f.Time << ' ' << f.Date << ' ' << f.Pos.Lat << ' ' << f.Pos.Long << ' '
+      << f.Course << ' ' << f.Speed << ' ' << f.Stamp << " | " << d.Heading.Heading << ' ' << d.Heading.HeadingMag << ' '
+      << d.Heading.Variation << ' ' << d.Heading.Deviation << ' ' << d.Heading.WaterSpeed << ' ' << d.Heading.WaterSpeedKmh
+      << " | " << d.GGA.Satellites << ' ' << d.GGA.HDOP << ' ' << d.Sats.SatsInView << ' ' << d.Sats.Sat[0].PRN << " | "
+      << d.FixReceiving << ' ' << d.LastGoodTime << ' ' << d.LastBadTime << ' ' << d.VTGSeen << ' ' << d.VTGWatchStart
+      << ' ' << d.LastGGA;
+    return o.str();
+}
+
+// A sentence cut before its comma number `commas` + 1 (0: the identifier
+// alone), with and without its line end.
+std::string Cut(const std::string& body, int commas, bool lineEnd) {
+    size_t at = body.find(',');
+    for (int i = 0; i < commas && at != std::string::npos; ++i) at = body.find(',', at + 1);
+    std::string s = "$" + (at == std::string::npos ? body : body.substr(0, at));
+    return s + (lineEnd ? "*00\r\n" : "*00");
+}
+
+}  // namespace
+
+// The intake refuses a sentence that stops before its needed field, and
+// what it does instead is exactly what the decoder would have done with
+// the empty fields: for every identifier, every cut, both line ends.
+TEST(Decoders, ShortSentencesAsTheDecoderWouldTakeThem) {
+    const char* bodies[] = {
+        "GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,",
+        "GPGLL,4916.45,N,12311.12,W,225444,A",
+        "GPRMC,225446,A,4916.45,N,12311.12,W,000.5,054.7,191194,020.3,E",
+        "GPVTG,054.7,T,034.4,M,005.5,N,010.2,K",
+        "GPGSV,3,1,11,03,03,111,00,04,15,270,00,06,01,010,00,13,06,292,00",
+        "HEHDT,271.5,T",
+        "HCHDG,98.3,0.0,E,12.6,W",
+        "VWVHW,045.0,T,030.0,M,5.5,N,10.2,K",
+    };
+    int shortOnes = 0;
+    for (const char* body : bodies) {
+        const NmeaDecoder::Route* route = NmeaDecoder::FindRoute(std::string_view(body).substr(2, 3));
+        ASSERT_NE(route, nullptr) << body;
+        for (int commas = 0; commas <= 20; ++commas) {
+            for (bool lineEnd : {true, false}) {
+                const std::string s = Cut(body, commas, lineEnd);
+                SCOPED_TRACE(s);
+                InstrumentsFixture routed, direct;
+                for (InstrumentsFixture* f : {&routed, &direct}) {
+                    f->Load();
+                    f->ins.settings.NMEA_RMC = true;
+                    f->Decode(Sentence("GPGGA,120000,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
+                    f->clock.Advance(3);
+                }
+                NmeaFields fields = SplitFields(s, route->maxField);
+                shortOnes += fields.count < route->minField;
+                routed.ins.decoder.Run(*route, fields, s);
+                (direct.ins.decoder.*route->decode)(fields, s);
+                EXPECT_EQ(State(routed.ins.decoder), State(direct.ins.decoder));
+            }
+        }
+    }
+    EXPECT_GT(shortOnes, 20);  // the cuts did reach below every needed field
+}
+
+// What each decoder says it changed, and that nothing it finds is shown
+// by the decoder itself: the faults and the VTG warning are the caller's.
+TEST(Decoders, ResultsSayWhatChanged) {
+    struct Case {
+        const char* sentence;
+        uint8_t changed;
+        size_t faults;
+    };
+    const Case cases[] = {
+        {"$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*00\r\n", kFixChanged | kGGAChanged | kReception, 0},
+        {"$GPGGA,123519,,,,,0,00,,,M,,M,,*00\r\n", kFixChanged | kReception, 0},
+        {"$GPGGA,123519,4807.038,N,01131.000,E,1,99999,0.9,545.4,M,46.9,M,,*00\r\n", kFixChanged | kGGAChanged | kReception, 1},
+        {"$GPRMC,225446,A,4916.45,N,12311.12,W,000.5,054.7,191194,020.3,E*00\r\n", kFixChanged | kCourseSpeed | kReception, 0},
+        {"$GPRMC,225446,V,,,,,,,191194,,*00\r\n", kFixChanged | kReception, 0},
+        {"$GPRMC,225446*00\r\n", kReception, 0},
+        {"$GPVTG,1e9,T,,M,7.5,N*00\r\n", kCourseSpeed | kReception, 1},
+        {"$HEHDT,271.5,T*00\r\n", kHeadingChanged, 0},
+        {"$HEHDT,271.5,M*00\r\n", 0, 0},
+        {"$GPGSV,3,1,11,03,03,111,00*00\r\n", kSatellites, 0},
+        {"$GPGSV,4,4,14,31,10,100,20*00\r\n", 0, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.sentence);
+        InstrumentsFixture f;
+        f.Load();
+        f.ins.settings.NMEA_RMC = true;
+        const std::string s = c.sentence;
+        const NmeaDecoder::Route* route = NmeaDecoder::FindRoute(std::string_view(s).substr(3, 3));
+        DecodeResult r = f.ins.decoder.Run(*route, SplitFields(s, route->maxField), s);
+        EXPECT_EQ(int(r.changed), int(c.changed));
+        ASSERT_EQ(r.faults.size(), c.faults);
+        if (c.faults) EXPECT_EQ(r.faults[0], "Overflow");
+        EXPECT_TRUE(f.Messages().empty());
+    }
+}
+
+// GLL without VTG: the decoder only flags the warning; the intake shows it.
+TEST(Decoders, VTGWarningShownByTheIntake) {
+    InstrumentsFixture f;
+    f.Load();
+    f.ins.settings.NMEA_GLL = true;
+    f.V().Mode = 2;
+    const std::string gll = "$GPGLL,4916.45,N,12311.12,W,225444,A*1D\r\n";
+    const NmeaDecoder::Route* route = NmeaDecoder::FindRoute("GLL");
+    EXPECT_FALSE(f.ins.decoder.Run(*route, SplitFields(gll, route->maxField), gll).vtgMissing);
+    f.clock.Advance(301);
+    EXPECT_TRUE(f.ins.decoder.Run(*route, SplitFields(gll, route->maxField), gll).vtgMissing);
+    EXPECT_TRUE(f.Messages().empty());
+    EXPECT_TRUE(f.ins.comm.HandleGPSSentence(gll));
+    ASSERT_EQ(f.Messages().size(), 1u);
+    EXPECT_EQ(f.Messages()[0], "You are not recieving VTG sentences, your COG and SOG values are not accurate.");
+}
+
+// Reading the fix never ages it: only AgeFix does, once, and says so.
+TEST(Decoders, ReadingDoesNotAge) {
+    InstrumentsFixture f;
+    f.Load();
+    NmeaDecoder& d = f.ins.decoder;
+    f.Decode(Sentence("GPGGA,120000,5000.000,N,01200.000,W,1,08,0.9,1,M,1,M,,"));
+    f.clock.Advance(100);
+    GPSFix o;
+    for (int i = 0; i < 3; ++i) {
+        d.GetGPSFix(o);
+        EXPECT_EQ(o.Status, 1);
+    }
+    EXPECT_TRUE(d.AgeFix());
+    EXPECT_FALSE(d.AgeFix());  // already run out: nothing more to age
+    d.GetGPSFix(o);
+    EXPECT_EQ(o.Status, -1);
 }

@@ -71,6 +71,8 @@ TEST(NmeaOutput, DefaultBurstWithoutLeg) {
         "$GPGGAA,140509,5007.250,N,01158.500,W,1,08,0.9,12.0,M,50.0,M,,",
     };
     EXPECT_EQ(Lines(f.ins.output.BuildBurst(1)), want);
+    ASSERT_EQ(f.hooks.variationAsked.size(), 1u);
+    EXPECT_EQ(f.hooks.variationAsked[0], f.V().Pos);  // at the vessel
     // Not a good fix: status V.
     auto v = Lines(f.ins.output.BuildBurst(0));
     EXPECT_EQ(v[1], "$GPRMC,140509,V,5007.250,N,01158.500,W,6.5,84.0,231126,3.5,W");

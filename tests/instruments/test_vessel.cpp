@@ -167,7 +167,7 @@ TEST(VesselCycle, DeadReckoningAcrossMidnight) {
     EXPECT_NEAR(v.Pos.Lat, straight.Lat, 0.05);
     EXPECT_EQ(f.ins.console.AgeLine, "DR Mode Age : 10.0 secs");
     // Dragging the vessel: the cycle ends at once.
-    f.globals.CurrentTool = 8;
+    f.chart.dragging = true;
     f.hooks.calls.clear();
     f.ins.vessel.UpdateVesselPos();
     EXPECT_TRUE(f.hooks.calls.empty());
@@ -392,4 +392,67 @@ TEST(CourseToSteer, Command) {
     f.hooks.drift = 6.0;
     f.ins.vessel.CourseToSteerCommand();
     EXPECT_EQ(f.Messages().back(), "Waypoint: BUOY\nCannot make this course");
+}
+
+// While the mouse drags the vessel, neither dead-reckoning mode moves it
+// and the cycle ends before the age line and the end-of-cycle steps.
+TEST(VesselCycle, DraggedVesselStaysPut) {
+    for (int16_t mode : {kModeDR, kModeGPSLost}) {
+        SCOPED_TRACE(mode);
+        InstrumentsFixture f;
+        f.Load();
+        f.V().Mode = mode;
+        f.V().DRBase = f.V().Pos = LatLong{-5.0 * 3600.0, 50.0 * 3600.0};
+        f.V().COG = 90.0;
+        f.V().SOG = 10.0;
+        f.V().DRStart = float(f.clock.Timer());
+        f.clock.Advance(60);
+        f.ins.console.AgeLine = "stale";
+        f.chart.dragging = true;
+        f.hooks.calls.clear();
+        f.ins.vessel.UpdateVesselPos();
+        EXPECT_EQ(f.V().Pos, (LatLong{-5.0 * 3600.0, 50.0 * 3600.0}));
+        EXPECT_EQ(f.ins.console.AgeLine, "");
+        EXPECT_TRUE(f.hooks.calls.empty());
+        f.chart.dragging = false;
+        f.ins.vessel.UpdateVesselPos();
+        EXPECT_GT(f.V().Pos.Long, -5.0 * 3600.0);  // moving east again
+        EXPECT_EQ(f.ins.console.AgeLine, "DR Mode Age : 1.0 mins");
+    }
+}
+
+// The steps after a move see the vessel as it stands after it, and a turn's
+// track point the vessel as it was before the turn.
+TEST(VesselCycle, HooksSeeTheVesselSnapshot) {
+    InstrumentsFixture f;
+    f.Load();
+    ASSERT_TRUE(f.ins.comm.StartGPS());
+    f.ports.Feed(1, Sentence("GPRMC,120000,A,5000.000,N,01200.000,W,6.0,090.0,191194,,"));
+    f.ins.settings.NMEA_RMC = true;
+    f.ins.comm.ReadGPSPort();
+    f.ins.vessel.UpdateVesselPos();
+    ASSERT_EQ(f.V().Mode, kModeGPS);
+    const LatLong before = f.V().Pos;
+    f.clock.Advance(1);
+    f.hooks.calls.clear();
+    f.hooks.seen.clear();
+    f.ports.Feed(1, Sentence("GPRMC,120001,A,5000.100,N,01200.000,W,7.0,180.0,191194,,"));
+    f.ins.comm.ReadGPSPort();
+    f.ins.vessel.UpdateVesselPos();
+    ASSERT_FALSE(f.hooks.calls.empty());
+    ASSERT_EQ(f.hooks.calls[0], "AddTrackPoint");
+    ASSERT_EQ(f.hooks.seen.size(), f.hooks.calls.size());
+    EXPECT_EQ(f.hooks.seen[0].Pos, before);
+    EXPECT_EQ(f.hooks.seen[0].COG, 90.0);
+    for (size_t i = 1; i < f.hooks.seen.size(); ++i) {
+        SCOPED_TRACE(f.hooks.calls[i]);
+        const VesselSnapshot& v = f.hooks.seen[i];
+        EXPECT_EQ(v.Pos, f.V().Pos);
+        EXPECT_EQ(v.COG, 180.0);
+        EXPECT_EQ(v.SOG, 7.0);
+        EXPECT_EQ(v.Mode, kModeGPS);
+        EXPECT_TRUE(v.Active);
+        EXPECT_EQ(v.Time, f.clock.Timer());
+    }
+    EXPECT_NE(f.V().Pos, before);
 }

@@ -161,7 +161,7 @@ TEST(InstrumentWindows, SatelliteWindowLostGPSAndVessel) {
     App();
     test::TempDir shots;
     InstrumentsFixture f;
-    f.ins.decoder.DecodeGSV("$GPGSV,3,1,11,03,03,111,00,04,15,270,38,06,01,010,00,13,06,292,45*74\r\n");
+    f.Decode("$GPGSV,3,1,11,03,03,111,00,04,15,270,38,06,01,010,00,13,06,292,45*74\r\n");
     FrmSatInfo sats(nullptr, f.ins.decoder.Sats, f.ins.decoder.GGA);
     sats.resize(380, 520);
     EXPECT_GT(Drawn(sats, shots / "FrmSatInfo.png"), 0.01);

@@ -1,6 +1,7 @@
 // Activation, the next point and de-activation, watched where the
 // navigator sees them: the console's waypoint rows and the NMEA burst of
 // the instruments, which read the ActiveLeg record this module writes.
+#include "instruments/HeadlessHooks.h"
 #include "instruments/Instruments.h"
 #include "navmath/RLGC.h"
 #include "navobjects/Activation.h"
@@ -28,8 +29,8 @@ struct Activating : ::testing::Test {
     ConsoleHost host;
     NavContext ctx{w.reg, w.dialogs, w.errors, w.units, w.clock, w.events, w.chart, host, w.globals};
     ScriptedComms ports;
-    InstrumentHooks hooks;
-    ChartOps chartOps;
+    HeadlessHooks hooks;
+    HeadlessChart chartOps;
     Instruments ins{{w.reg, w.units, w.globals, w.clock, w.events, w.errors, ports, hooks, chartOps}};
     SymbolStrips symbols;
     Waypoints wp{ctx, symbols};

@@ -328,6 +328,43 @@ TEST(NetworkPort, TcpUnknownHostFailsToOpen) {
     EXPECT_EQ(comms.OpenComPort(6, 4800), 0);
 }
 
+// Only a name that can never resolve is refused when the port opens; the
+// rest is left to the lookup on the port's thread.
+TEST(NetworkPort, HostNamesRefusedWithoutALookup) {
+    struct Case {
+        const char* host;
+        bool canResolve;
+    };
+    const Case cases[] = {
+        {"127.0.0.1", true},        {"::1", true},           {"localhost", true},    {"gps.boat.lan.", true},
+        {"a-b.example", true},      {"", false},             {"bad_host", false},    {"a..b", false},
+        {"-lead.example", false},   {"trail-.example", false}, {".", false},         {"x.invalid", false},
+        {"X.INVALID.", false},      {"space host", false},   {"999.1.1.1.invalid", false},
+    };
+    for (const Case& c : cases) EXPECT_EQ(HostNameCanResolve(c.host), c.canResolve) << "'" << c.host << "'";
+    EXPECT_FALSE(HostNameCanResolve(std::string(64, 'a') + ".example"));
+    EXPECT_TRUE(HostNameCanResolve(std::string(63, 'a') + ".example"));
+}
+
+// Opening a named host returns at once, with nobody listening yet; the
+// port's thread looks the name up and dials until the peer is there.
+TEST(NetworkPort, TcpNameLookedUpByThePortThread) {
+    int listener = LoopbackListener();
+    MapPorts ports;
+    ports.devices[6] = "tcp://localhost:" + std::to_string(BoundPort(listener));
+    PosixComms comms(ports);
+    auto before = std::chrono::steady_clock::now();
+    ASSERT_EQ(comms.OpenComPort(6, 4800), 1) << comms.LastOpenError();
+    EXPECT_LT(std::chrono::steady_clock::now() - before, 100ms);
+    int peer = AcceptWithin(listener, 5000ms);
+    ASSERT_GE(peer, 0);
+    ::send(peer, kGGA.data(), kGGA.size(), 0);
+    EXPECT_EQ(NextLine(comms, 6), kGGA);
+    ::close(peer);
+    ::close(listener);
+    comms.CloseComPort(6);
+}
+
 // Datagrams on loopback: several lines in one, and a last line without LF.
 TEST(NetworkPort, UdpListener) {
     int probe = ::socket(AF_INET, SOCK_DGRAM, 0);
