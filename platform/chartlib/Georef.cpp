@@ -133,6 +133,17 @@ bool Numbers(std::string_view text, std::vector<double>& out, size_t maxCount) {
     return true;
 }
 
+// The mean pixel of reference points (at least one).
+void PixelCentre(const std::vector<ReferencePoint>& refs, double& cx, double& cy) {
+    cx = cy = 0;
+    for (auto& r : refs) {
+        cx += r.x;
+        cy += r.y;
+    }
+    cx /= double(refs.size());
+    cy /= double(refs.size());
+}
+
 }  // namespace
 
 double EvalPolynomial(const std::vector<double>& c, double u, double v) {
@@ -315,14 +326,8 @@ bool PlanGeoref::FitProjection(const PlanGeorefSource& src, std::string& message
         return false;
     }
     // Projected metres from pixels, least squares in centred, scaled pixels.
-    size_t n = refs_.size();
-    double cx = 0, cy = 0;
-    for (auto& r : refs_) {
-        cx += r.x;
-        cy += r.y;
-    }
-    cx /= double(n);
-    cy /= double(n);
+    double cx, cy;
+    PixelCentre(refs_, cx, cy);
     double s = 0;
     for (auto& r : refs_) s = std::max({s, std::fabs(r.x - cx), std::fabs(r.y - cy)});
     if (s <= 0) {
@@ -502,13 +507,8 @@ bool PlanGeoref::Finish(std::string& message) {
     if (kind_ == ProjectionKind::Polynomial) {
         std::vector<std::vector<double>> a;
         std::vector<double> blon, blat;
-        double cx = 0, cy = 0;
-        for (auto& r : refs_) {
-            cx += r.x;
-            cy += r.y;
-        }
-        cx /= double(refs_.size());
-        cy /= double(refs_.size());
+        double cx, cy;
+        PixelCentre(refs_, cx, cy);
         for (auto& r : refs_) {
             a.push_back({1.0, r.x - cx, r.y - cy});
             blon.push_back(UnwrapLongitude(r.lon, lonRef_));
@@ -581,140 +581,168 @@ struct PlanGeoref::TextReader {
     static const Row kRows[];
 
     // Exactly `count` comma-separated finite numbers.
-    static bool Exactly(std::string_view value, size_t count, std::vector<double>& v) {
-        return Numbers(value, v, count) && v.size() == count;
-    }
+    static bool Exactly(std::string_view value, size_t count, std::vector<double>& v);
 
-    bool Version(std::string_view value) {
-        sawGeoref = true;
-        return Val(value) == 1;
-    }
-    bool ProjectionName(std::string_view value) {
-        sawProjection = true;
-        for (ProjectionKind k : {ProjectionKind::Mercator, ProjectionKind::TransverseMercator,
-                                 ProjectionKind::LambertConformalConic, ProjectionKind::Polyconic, ProjectionKind::Polynomial})
-            if (value == KindName(k)) {
-                g.kind_ = k;
-                return true;
-            }
-        return false;
-    }
-    bool Parameters(std::string_view value) {
-        std::vector<double> v;
-        if (!Exactly(value, 3, v)) return false;
-        params.CentralMeridian = v[0];
-        params.StandardParallel1 = v[1];
-        params.StandardParallel2 = v[2];
-        return true;
-    }
-    bool LongitudeReference(std::string_view value) {
-        std::vector<double> v;
-        if (!Exactly(value, 1, v) || std::fabs(v[0]) > 360) return false;
-        g.lonRef_ = v[0];
-        return true;
-    }
-    bool Affine(std::string_view value) {
-        std::vector<double> v;
-        if (!Exactly(value, 6, v)) return false;
-        std::copy(v.begin(), v.end(), g.aff_);
-        sawAffine = true;
-        return true;
-    }
-    bool PolynomialCentre(std::string_view value) {
-        std::vector<double> v;
-        if (!Exactly(value, 2, v)) return false;
-        g.polyLon_ = v[0];
-        g.polyLat_ = v[1];
-        return true;
-    }
+    bool Version(std::string_view value);
+    bool ProjectionName(std::string_view value);
+    bool Parameters(std::string_view value);
+    bool LongitudeReference(std::string_view value);
+    bool Affine(std::string_view value);
+    bool PolynomialCentre(std::string_view value);
     // Three to ten coefficients.
-    bool Coefficients(std::string_view value, std::vector<double>& into) {
-        std::vector<double> v;
-        if (!Numbers(value, v, 10) || v.size() < 3) return false;
-        into = std::move(v);
-        sawPoly = true;
-        return true;
-    }
+    bool Coefficients(std::string_view value, std::vector<double>& into);
     bool PolynomialX(std::string_view value) { return Coefficients(value, g.fx_); }
     bool PolynomialY(std::string_view value) { return Coefficients(value, g.fy_); }
     bool SeedX(std::string_view value) { return Coefficients(value, g.gx_); }
     bool SeedY(std::string_view value) { return Coefficients(value, g.gy_); }
     // One point of the correction: its place and its weights in x and in y.
-    bool CorrectionPoint(std::string_view value) {
-        std::vector<double> v;
-        if (!Exactly(value, 4, v) || g.tpsX_.px.size() >= kMaxTpsPoints) return false;
-        for (ThinPlate* t : {&g.tpsX_, &g.tpsY_}) {
-            t->px.push_back(v[0]);
-            t->py.push_back(v[1]);
-        }
-        g.tpsX_.w.push_back(v[2]);
-        g.tpsY_.w.push_back(v[3]);
-        return true;
-    }
-    bool CorrectionAffine(std::string_view value) {
-        std::vector<double> v;
-        if (!Exactly(value, 6, v)) return false;
-        g.tpsX_.a0 = v[0];
-        g.tpsX_.a1 = v[1];
-        g.tpsX_.a2 = v[2];
-        g.tpsY_.a0 = v[3];
-        g.tpsY_.a1 = v[4];
-        g.tpsY_.a2 = v[5];
-        tpsAffine = true;
-        return true;
-    }
-    bool ReferencePoint(std::string_view value) {
-        std::vector<double> v;
-        if (!Exactly(value, 4, v) || g.refs_.size() >= kMaxRefs || std::fabs(v[2]) > 90 || std::fabs(v[3]) > 360)
-            return false;
-        g.refs_.push_back({v[0], v[1], v[2], v[3]});
-        return true;
-    }
-    bool BorderPoint(std::string_view value) {
-        std::vector<double> v;
-        if (!Exactly(value, 2, v) || g.outline_.size() >= kMaxOutline || std::fabs(v[0]) > 90 || std::fabs(v[1]) > 360)
-            return false;
-        g.outline_.emplace_back(v[0], v[1]);
-        return true;
-    }
+    bool CorrectionPoint(std::string_view value);
+    bool CorrectionAffine(std::string_view value);
+    bool ReferencePoint(std::string_view value);
+    bool BorderPoint(std::string_view value);
     // "NONE", or the shift in seconds of latitude and longitude.
-    bool Shift(std::string_view value) {
-        if (value == "NONE") {
-            g.hasShift_ = false;
-            return true;
-        }
-        std::vector<double> v;
-        if (!Exactly(value, 2, v) || std::fabs(v[0]) > 36000 || std::fabs(v[1]) > 36000) return false;
-        g.hasShift_ = true;
-        g.shiftLat_ = v[0];
-        g.shiftLon_ = v[1];
-        return true;
-    }
+    bool Shift(std::string_view value);
 
     // False, with `message`, when a line is refused or the text runs on too long.
     bool ReadLines(std::string_view text, std::string& message);
 
     // The lines read make a usable map: the map of its kind is whole, and
     // a projected map has a projection and an affine that can be inverted.
-    bool Complete(std::string& message) {
-        auto fail = [&](const char* why) {
-            message = why;
-            return false;
-        };
-        if (!sawGeoref || !sawProjection) return fail("the plan has no georeferencing");
-        if (g.tpsX_.Active() && (!tpsAffine || g.tpsX_.px.size() < 3)) return fail("the plan's correction is damaged");
-        if (g.kind_ == ProjectionKind::Polynomial) {
-            if (!sawPoly || g.fx_.empty() || g.fy_.empty() || g.gx_.size() != 3 || g.gy_.size() != 3)
-                return fail("the plan's polynomial is incomplete");
+    bool Complete(std::string& message);
+};
+
+bool PlanGeoref::TextReader::Exactly(std::string_view value, size_t count, std::vector<double>& v) {
+    return Numbers(value, v, count) && v.size() == count;
+}
+
+bool PlanGeoref::TextReader::Version(std::string_view value) {
+    sawGeoref = true;
+    return Val(value) == 1;
+}
+
+bool PlanGeoref::TextReader::ProjectionName(std::string_view value) {
+    sawProjection = true;
+    for (ProjectionKind k : {ProjectionKind::Mercator, ProjectionKind::TransverseMercator,
+                             ProjectionKind::LambertConformalConic, ProjectionKind::Polyconic, ProjectionKind::Polynomial})
+        if (value == KindName(k)) {
+            g.kind_ = k;
             return true;
         }
-        if (!sawAffine) return fail("the plan's affine map is missing");
-        params.Kind = g.kind_;
-        if (!g.proj_.Init(params)) return fail("the plan's projection parameters make no projection");
-        if (!g.InvertAffine()) return fail("the plan's affine map cannot be inverted");
+    return false;
+}
+
+bool PlanGeoref::TextReader::Parameters(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 3, v)) return false;
+    params.CentralMeridian = v[0];
+    params.StandardParallel1 = v[1];
+    params.StandardParallel2 = v[2];
+    return true;
+}
+
+bool PlanGeoref::TextReader::LongitudeReference(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 1, v) || std::fabs(v[0]) > 360) return false;
+    g.lonRef_ = v[0];
+    return true;
+}
+
+bool PlanGeoref::TextReader::Affine(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 6, v)) return false;
+    std::copy(v.begin(), v.end(), g.aff_);
+    sawAffine = true;
+    return true;
+}
+
+bool PlanGeoref::TextReader::PolynomialCentre(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 2, v)) return false;
+    g.polyLon_ = v[0];
+    g.polyLat_ = v[1];
+    return true;
+}
+
+bool PlanGeoref::TextReader::Coefficients(std::string_view value, std::vector<double>& into) {
+    std::vector<double> v;
+    if (!Numbers(value, v, 10) || v.size() < 3) return false;
+    into = std::move(v);
+    sawPoly = true;
+    return true;
+}
+
+bool PlanGeoref::TextReader::CorrectionPoint(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 4, v) || g.tpsX_.px.size() >= kMaxTpsPoints) return false;
+    for (ThinPlate* t : {&g.tpsX_, &g.tpsY_}) {
+        t->px.push_back(v[0]);
+        t->py.push_back(v[1]);
+    }
+    g.tpsX_.w.push_back(v[2]);
+    g.tpsY_.w.push_back(v[3]);
+    return true;
+}
+
+bool PlanGeoref::TextReader::CorrectionAffine(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 6, v)) return false;
+    g.tpsX_.a0 = v[0];
+    g.tpsX_.a1 = v[1];
+    g.tpsX_.a2 = v[2];
+    g.tpsY_.a0 = v[3];
+    g.tpsY_.a1 = v[4];
+    g.tpsY_.a2 = v[5];
+    tpsAffine = true;
+    return true;
+}
+
+bool PlanGeoref::TextReader::ReferencePoint(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 4, v) || g.refs_.size() >= kMaxRefs || std::fabs(v[2]) > 90 || std::fabs(v[3]) > 360)
+        return false;
+    g.refs_.push_back({v[0], v[1], v[2], v[3]});
+    return true;
+}
+
+bool PlanGeoref::TextReader::BorderPoint(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 2, v) || g.outline_.size() >= kMaxOutline || std::fabs(v[0]) > 90 || std::fabs(v[1]) > 360)
+        return false;
+    g.outline_.emplace_back(v[0], v[1]);
+    return true;
+}
+
+bool PlanGeoref::TextReader::Shift(std::string_view value) {
+    if (value == "NONE") {
+        g.hasShift_ = false;
         return true;
     }
-};
+    std::vector<double> v;
+    if (!Exactly(value, 2, v) || std::fabs(v[0]) > 36000 || std::fabs(v[1]) > 36000) return false;
+    g.hasShift_ = true;
+    g.shiftLat_ = v[0];
+    g.shiftLon_ = v[1];
+    return true;
+}
+
+bool PlanGeoref::TextReader::Complete(std::string& message) {
+    auto fail = [&](const char* why) {
+        message = why;
+        return false;
+    };
+    if (!sawGeoref || !sawProjection) return fail("the plan has no georeferencing");
+    if (g.tpsX_.Active() && (!tpsAffine || g.tpsX_.px.size() < 3)) return fail("the plan's correction is damaged");
+    if (g.kind_ == ProjectionKind::Polynomial) {
+        if (!sawPoly || g.fx_.empty() || g.fy_.empty() || g.gx_.size() != 3 || g.gy_.size() != 3)
+            return fail("the plan's polynomial is incomplete");
+        return true;
+    }
+    if (!sawAffine) return fail("the plan's affine map is missing");
+    params.Kind = g.kind_;
+    if (!g.proj_.Init(params)) return fail("the plan's projection parameters make no projection");
+    if (!g.InvertAffine()) return fail("the plan's affine map cannot be inverted");
+    return true;
+}
 
 const PlanGeoref::TextReader::Row PlanGeoref::TextReader::kRows[] = {
     {"GEOREF", &TextReader::Version, "the plan's georeferencing has an unknown version"},
