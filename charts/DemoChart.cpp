@@ -247,136 +247,154 @@ struct DemoChart::PlanPainter {
         double quayE, quayN;               // the middle of the quay, NM in the island's plane
     };
 
-    PlanPainter(const DemoChart& d, Canvas& canvas, const PlanFrame& frame, int p) : chart(d), c(canvas), f(frame), plan(p) {
-        if (plan == 0) {
-            blocked.push_back({d.insetX0_ - 10, d.insetY0_ - 10, d.insetX1_ + 10, d.insetY1_ + 10});
-            blocked.push_back({d.width_ - kMargin - 560, kMargin, d.width_ - kMargin, kMargin + 190});  // title block
-        } else {
-            blocked.push_back({d.insetX0_, d.insetY0_, d.insetX0_ + 230, d.insetY0_ + 44});  // plan title
-        }
-    }
+    PlanPainter(const DemoChart& d, Canvas& canvas, const PlanFrame& frame, int p);
 
     // The pixel of a point of the island's plane.
-    ChartPoint Px(double e, double n) const {
-        double lat, lon, x = 0, y = 0;
-        FromLocal(e, n, lat, lon);
-        chart.PlanPixel(f, lat, lon, x, y);
-        return ChartPoint{int32_t(std::lround(x)), int32_t(std::lround(y))};
-    }
-
-    void Text(ChartPoint at, const std::string& s, int points, Rgb colour, bool centred) {
-        c.SetFont({"DejaVu Sans", points, false});
-        c.SetTextColour(colour);
-        int w = c.TextWidth(s), h = c.TextHeight();
-        ChartPoint tl = centred ? ChartPoint{at.x - w / 2, at.y - h / 2} : at;
-        c.Text(tl, s);
-        blocked.push_back({tl.x - 4, tl.y - 4, tl.x + w + 4, tl.y + h + 4});
-    }
+    ChartPoint Px(double e, double n) const;
+    // Text at a point (its top-left corner, or its centre), its box kept.
+    void Text(ChartPoint at, const std::string& s, int points, Rgb colour, bool centred);
 
     // A light: a disc and its flare towards the north-east.
-    void Light(ChartPoint at, Rgb colour) {
-        c.SetPen({colour, 1, PenStyle::Solid});
-        c.SetBrush({colour, BrushStyle::Solid});
-        int r = plan == 0 ? 3 : 6;
-        c.Ellipse({at.x - r, at.y - r, at.x + r + 1, at.y + r + 1});
-        c.SetPen({RgbOf(Magenta), plan == 0 ? 2 : 3, PenStyle::Solid});
-        c.Line({at.x + r, at.y - r}, {at.x + 4 * r, at.y - 4 * r});
-    }
+    void Light(ChartPoint at, Rgb colour);
 
     // Breakwaters with their lights, the quay, and the lighthouse on the north point.
-    Marks HarbourWorks() {
-        const double scale = f.PixPerLon / kMainPixPerDeg;  // 1 on the main plan, 4 on the inset
-        double ae, an, be, bn;
-        Headlands(ae, an, be, bn);
-        double ahE = ae + 0.42 * (be - ae), ahN = an + 0.42 * (bn - an);
-        double bhE = be + 0.36 * (ae - be), bhN = bn + 0.36 * (an - bn);
-        c.SetPen({RgbOf(Black), std::max(2, int(3 * scale)), PenStyle::Solid});
-        c.Line(Px(ae + 0.02 * (ae - be), an + 0.02 * (an - bn)), Px(ahE, ahN));
-        c.Line(Px(be + 0.02 * (be - ae), bn + 0.02 * (bn - an)), Px(bhE, bhN));
-        Light(Px(ahE, ahN), RgbOf(Green));
-        Light(Px(bhE, bhN), RgbOf(Red));
-
-        Marks m;
-        m.northHead = Px(ahE, ahN);
-        m.southHead = Px(bhE, bhN);
-        m.quayE = 0.80 * std::cos(kBayAngle);
-        m.quayN = 0.80 * std::sin(kBayAngle);
-        double te = -std::sin(kBayAngle) * 0.10, tn = std::cos(kBayAngle) * 0.10;
-        c.SetPen({RgbOf(Black), std::max(2, int(2 * scale)), PenStyle::Solid});
-        c.Line(Px(m.quayE - te, m.quayN - tn), Px(m.quayE + te, m.quayN + tn));
-
-        double lt = kPi / 2 - 0.1;
-        double le = (IslandRadius(lt) - 0.05) * std::cos(lt), ln = (IslandRadius(lt) - 0.05) * std::sin(lt);
-        ChartPoint lh = Px(le, ln);
-        c.SetPen({RgbOf(Black), 1, PenStyle::Solid});
-        c.SetBrush({RgbOf(Black), BrushStyle::Solid});
-        c.Polygon({{lh.x, lh.y - 7}, {lh.x + 4, lh.y + 4}, {lh.x - 4, lh.y + 4}});
-        Light(lh, RgbOf(Magenta));
-        m.lighthouse = lh;
-        return m;
-    }
-
-    void Names(const Marks& m) {
-        if (plan == 0) {
-            Text(Px(0.1, 0.15), "ILE OMBRA", 24, RgbOf(Black), true);
-            Text({m.lighthouse.x + 16, m.lighthouse.y - 18}, "Fl(2)15s52m18M", 8, RgbOf(Magenta), false);
-            Text(Px(0.1, -0.25), "Port Ombra", 8, RgbOf(Black), true);
-            Text(Px(2.25, 2.1), "Ombra Reef", 8, RgbOf(Black), false);
-            Text(Px(-3.2, -2.0), "Sud Bank", 8, RgbOf(Black), true);
-        } else {
-            Text({m.northHead.x + 20, m.northHead.y - 30}, "Fl.G.3s", 12, RgbOf(Green), false);
-            Text({m.southHead.x + 20, m.southHead.y - 30}, "Fl.R.3s", 12, RgbOf(Red), false);
-            Text(Px(m.quayE - 0.05, m.quayN + 0.09), "Quay", 12, RgbOf(Black), true);
-            Text(Px(0.25, -0.45), "PORT OMBRA", 16, RgbOf(Black), true);
-        }
-    }
+    Marks HarbourWorks();
+    void Names(const Marks& m);
 
     // Depths and the coast at a pixel of the plan.
-    void AtPixel(double x, double y, double& coast, double& depth) const {
-        double lat, lon, e, n;
-        chart.PlanPosition(f, x, y, lat, lon);
-        Local(lat, lon, e, n);
-        depth = DepthLocal(e, n, coast);
-    }
+    void AtPixel(double x, double y, double& coast, double& depth) const;
 
     // A sounding's box may not leave the plan, touch a name or another
     // sounding, or have a corner near the coast or on land.
-    bool Clear(const Rect& box, const Rect& area) const {
-        if (box.l < area.l || box.t < area.t || box.r > area.r || box.b > area.b) return false;
-        for (auto& b : blocked)
-            if (b.Hits(box)) return false;
-        for (int k = 0; k < 4; ++k) {
-            double coast, depth;
-            AtPixel(k % 2 ? box.r : box.l, k / 2 ? box.b : box.t, coast, depth);
-            if (coast < 0.03 || depth < 0) return false;
-        }
-        return true;
-    }
+    bool Clear(const Rect& box, const Rect& area) const;
 
     // Soundings on a jittered grid, in open water only.
-    void Soundings() {
-        const int small = plan == 0 ? 8 : 12;
-        const int step = plan == 0 ? 100 : 110;
-        const Rect area = plan == 0 ? Rect{kMargin, kMargin, chart.width_ - kMargin, chart.height_ - kMargin}
-                                    : Rect{chart.insetX0_, chart.insetY0_, chart.insetX1_, chart.insetY1_};
-        c.SetFont({"DejaVu Sans", small, false});
-        int th = c.TextHeight();
-        for (int gy = area.t + step / 2; gy < area.b - th; gy += step)
-            for (int gx = area.l + step / 2; gx < area.r - 30; gx += step) {
-                uint32_t hsh = Hash(uint32_t(gx) * 73856093u ^ uint32_t(gy) * 19349663u ^ uint32_t(plan));
-                int sx = gx + int(hsh % 41) - 20, sy = gy + int((hsh >> 8) % 41) - 20;
-                double coast, d;
-                AtPixel(sx + 0.5, sy + 0.5, coast, d);
-                if (coast < 0.06 || d < 0.3) continue;
-                char buf[16];
-                if (d < 10) std::snprintf(buf, sizeof buf, "%.1f", std::floor(d * 10) / 10);
-                else std::snprintf(buf, sizeof buf, "%d", int(d));
-                int w = c.TextWidth(buf);
-                Rect box{sx - w / 2 - 2, sy - th / 2 - 2, sx + w / 2 + 2, sy + th / 2 + 2};
-                if (Clear(box, area)) Text({sx, sy}, buf, small, RgbOf(Black), true);
-            }
-    }
+    void Soundings();
 };
+
+DemoChart::PlanPainter::PlanPainter(const DemoChart& d, Canvas& canvas, const PlanFrame& frame, int p)
+    : chart(d), c(canvas), f(frame), plan(p) {
+    if (plan == 0) {
+        blocked.push_back({d.insetX0_ - 10, d.insetY0_ - 10, d.insetX1_ + 10, d.insetY1_ + 10});
+        blocked.push_back({d.width_ - kMargin - 560, kMargin, d.width_ - kMargin, kMargin + 190});  // title block
+    } else {
+        blocked.push_back({d.insetX0_, d.insetY0_, d.insetX0_ + 230, d.insetY0_ + 44});  // plan title
+    }
+}
+
+ChartPoint DemoChart::PlanPainter::Px(double e, double n) const {
+    double lat, lon, x = 0, y = 0;
+    FromLocal(e, n, lat, lon);
+    chart.PlanPixel(f, lat, lon, x, y);
+    return ChartPoint{int32_t(std::lround(x)), int32_t(std::lround(y))};
+}
+
+void DemoChart::PlanPainter::Text(ChartPoint at, const std::string& s, int points, Rgb colour, bool centred) {
+    c.SetFont({"DejaVu Sans", points, false});
+    c.SetTextColour(colour);
+    int w = c.TextWidth(s), h = c.TextHeight();
+    ChartPoint tl = centred ? ChartPoint{at.x - w / 2, at.y - h / 2} : at;
+    c.Text(tl, s);
+    blocked.push_back({tl.x - 4, tl.y - 4, tl.x + w + 4, tl.y + h + 4});
+}
+
+void DemoChart::PlanPainter::Light(ChartPoint at, Rgb colour) {
+    c.SetPen({colour, 1, PenStyle::Solid});
+    c.SetBrush({colour, BrushStyle::Solid});
+    int r = plan == 0 ? 3 : 6;
+    c.Ellipse({at.x - r, at.y - r, at.x + r + 1, at.y + r + 1});
+    c.SetPen({RgbOf(Magenta), plan == 0 ? 2 : 3, PenStyle::Solid});
+    c.Line({at.x + r, at.y - r}, {at.x + 4 * r, at.y - 4 * r});
+}
+
+DemoChart::PlanPainter::Marks DemoChart::PlanPainter::HarbourWorks() {
+    const double scale = f.PixPerLon / kMainPixPerDeg;  // 1 on the main plan, 4 on the inset
+    double ae, an, be, bn;
+    Headlands(ae, an, be, bn);
+    double ahE = ae + 0.42 * (be - ae), ahN = an + 0.42 * (bn - an);
+    double bhE = be + 0.36 * (ae - be), bhN = bn + 0.36 * (an - bn);
+    c.SetPen({RgbOf(Black), std::max(2, int(3 * scale)), PenStyle::Solid});
+    c.Line(Px(ae + 0.02 * (ae - be), an + 0.02 * (an - bn)), Px(ahE, ahN));
+    c.Line(Px(be + 0.02 * (be - ae), bn + 0.02 * (bn - an)), Px(bhE, bhN));
+    Light(Px(ahE, ahN), RgbOf(Green));
+    Light(Px(bhE, bhN), RgbOf(Red));
+
+    Marks m;
+    m.northHead = Px(ahE, ahN);
+    m.southHead = Px(bhE, bhN);
+    m.quayE = 0.80 * std::cos(kBayAngle);
+    m.quayN = 0.80 * std::sin(kBayAngle);
+    double te = -std::sin(kBayAngle) * 0.10, tn = std::cos(kBayAngle) * 0.10;
+    c.SetPen({RgbOf(Black), std::max(2, int(2 * scale)), PenStyle::Solid});
+    c.Line(Px(m.quayE - te, m.quayN - tn), Px(m.quayE + te, m.quayN + tn));
+
+    double lt = kPi / 2 - 0.1;
+    double le = (IslandRadius(lt) - 0.05) * std::cos(lt), ln = (IslandRadius(lt) - 0.05) * std::sin(lt);
+    ChartPoint lh = Px(le, ln);
+    c.SetPen({RgbOf(Black), 1, PenStyle::Solid});
+    c.SetBrush({RgbOf(Black), BrushStyle::Solid});
+    c.Polygon({{lh.x, lh.y - 7}, {lh.x + 4, lh.y + 4}, {lh.x - 4, lh.y + 4}});
+    Light(lh, RgbOf(Magenta));
+    m.lighthouse = lh;
+    return m;
+}
+
+void DemoChart::PlanPainter::Names(const Marks& m) {
+    if (plan == 0) {
+        Text(Px(0.1, 0.15), "ILE OMBRA", 24, RgbOf(Black), true);
+        Text({m.lighthouse.x + 16, m.lighthouse.y - 18}, "Fl(2)15s52m18M", 8, RgbOf(Magenta), false);
+        Text(Px(0.1, -0.25), "Port Ombra", 8, RgbOf(Black), true);
+        Text(Px(2.25, 2.1), "Ombra Reef", 8, RgbOf(Black), false);
+        Text(Px(-3.2, -2.0), "Sud Bank", 8, RgbOf(Black), true);
+    } else {
+        Text({m.northHead.x + 20, m.northHead.y - 30}, "Fl.G.3s", 12, RgbOf(Green), false);
+        Text({m.southHead.x + 20, m.southHead.y - 30}, "Fl.R.3s", 12, RgbOf(Red), false);
+        Text(Px(m.quayE - 0.05, m.quayN + 0.09), "Quay", 12, RgbOf(Black), true);
+        Text(Px(0.25, -0.45), "PORT OMBRA", 16, RgbOf(Black), true);
+    }
+}
+
+void DemoChart::PlanPainter::AtPixel(double x, double y, double& coast, double& depth) const {
+    double lat, lon, e, n;
+    chart.PlanPosition(f, x, y, lat, lon);
+    Local(lat, lon, e, n);
+    depth = DepthLocal(e, n, coast);
+}
+
+bool DemoChart::PlanPainter::Clear(const Rect& box, const Rect& area) const {
+    if (box.l < area.l || box.t < area.t || box.r > area.r || box.b > area.b) return false;
+    for (auto& b : blocked)
+        if (b.Hits(box)) return false;
+    for (int k = 0; k < 4; ++k) {
+        double coast, depth;
+        AtPixel(k % 2 ? box.r : box.l, k / 2 ? box.b : box.t, coast, depth);
+        if (coast < 0.03 || depth < 0) return false;
+    }
+    return true;
+}
+
+void DemoChart::PlanPainter::Soundings() {
+    const int small = plan == 0 ? 8 : 12;
+    const int step = plan == 0 ? 100 : 110;
+    const Rect area = plan == 0 ? Rect{kMargin, kMargin, chart.width_ - kMargin, chart.height_ - kMargin}
+                                : Rect{chart.insetX0_, chart.insetY0_, chart.insetX1_, chart.insetY1_};
+    c.SetFont({"DejaVu Sans", small, false});
+    int th = c.TextHeight();
+    for (int gy = area.t + step / 2; gy < area.b - th; gy += step)
+        for (int gx = area.l + step / 2; gx < area.r - 30; gx += step) {
+            uint32_t hsh = Hash(uint32_t(gx) * 73856093u ^ uint32_t(gy) * 19349663u ^ uint32_t(plan));
+            int sx = gx + int(hsh % 41) - 20, sy = gy + int((hsh >> 8) % 41) - 20;
+            double coast, d;
+            AtPixel(sx + 0.5, sy + 0.5, coast, d);
+            if (coast < 0.06 || d < 0.3) continue;
+            char buf[16];
+            if (d < 10) std::snprintf(buf, sizeof buf, "%.1f", std::floor(d * 10) / 10);
+            else std::snprintf(buf, sizeof buf, "%d", int(d));
+            int w = c.TextWidth(buf);
+            Rect box{sx - w / 2 - 2, sy - th / 2 - 2, sx + w / 2 + 2, sy + th / 2 + 2};
+            if (Clear(box, area)) Text({sx, sy}, buf, small, RgbOf(Black), true);
+        }
+}
 
 void DemoChart::DrawPlanFeatures(Canvas& c, const PlanFrame& f, int plan) const {
     PlanPainter p(*this, c, f, plan);
