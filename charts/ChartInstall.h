@@ -10,8 +10,9 @@
 //   3. Only when the whole set is written is the staging folder renamed
 //      into place (an older installation of the same number is moved aside
 //      first and deleted after), and the catalogue gets the chart's entries.
-// A bad or truncated chart file stops at step 1 or 2 with a clear message
-// and leaves nothing installed changed: the staging folder is removed.
+// A bad or truncated chart file stops while its header is read or while
+// it is converted, with a clear message, and leaves nothing installed
+// changed: the staging folder is removed.
 //
 // The chart's main plan is plan 0 (PlanCount 0 for a single KAP); its file
 // issue date is the installation date, which the catalogue records, so the

@@ -63,7 +63,9 @@ public:
     // --- The window --------------------------------------------------------
     void SetViewSize(int width, int height);
     const ChartViewState& View() const { return view_; }
-    std::function<void()> Refresh;          // the store is painted: show it (step 10 of a redraw)
+    // Called at the end of every redraw, once the raster and all the layers
+    // are painted: the window shows the canvas.
+    std::function<void()> Refresh;
     std::function<void()> RedrawRequested;  // the view changed: call RedrawNavCanvas soon
     std::function<void()> WarningsChanged;  // the warnings bar
     std::function<void()> StatusChanged;    // title, scale, datum, depth units
