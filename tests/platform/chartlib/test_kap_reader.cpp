@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <fstream>
 
+#include "core/Format.h"
 #include "core/Val.h"
 #include "platform/chartlib/KapReader.h"
 #include "platform/chartlib/OmbraChartLibrary.h"
@@ -153,6 +155,83 @@ TEST(KapReader, HeaderFieldsAndContinuations) {
     EXPECT_EQ(chartlib::KapField("BSB/NA=BAY, NORTH PART,NU=12,RA=10,20,DU=254", "NA"), "BAY, NORTH PART");
     EXPECT_EQ(chartlib::KapField("BSB/NA=BAY, NORTH PART,NU=12,RA=10,20,DU=254", "RA"), "10,20");
     EXPECT_EQ(chartlib::KapField("BSB/NA=X,NU=,RA=1,1", "NU"), "");
+}
+
+// The header of a small chart with `lines` added at its end (later
+// records override earlier ones).
+std::string WithHeaderLines(const std::string& lines) {
+    KapShape shape;
+    shape.Dtm = false;
+    std::string b = WriteKap(shape);
+    b.insert(b.find('\x1a'), lines);
+    return b;
+}
+
+TEST(KapReader, EachHeaderRecordFillsItsFields) {
+    using chartlib::KapHeader;
+    auto text = [](const std::vector<double>& v) {
+        std::string s;
+        for (double d : v) s += Format(d, "0.0##") + " ";
+        return s;
+    };
+    auto colour = [](const std::vector<int64_t>& t, size_t i) { return i < t.size() ? std::to_string(t[i]) : "-"; };
+    struct Case {
+        const char* lines;
+        std::function<std::string(const KapHeader&)> get;
+        std::string want;
+    } cases[] = {
+        {"NOS/NA=OLD,RA=1,2,120,80\r\n", [](const KapHeader& h) { return h.Name + std::to_string(h.Width) + "x" + std::to_string(h.Height); }, "OLD120x80"},
+        {"NOS/RA=120,80\r\n", [](const KapHeader& h) { return std::to_string(h.Width) + "x" + std::to_string(h.Height); }, "120x80"},
+        {"bsb/NA=LOWER CASE,NU=12,RA=90,60\r\n", [](const KapHeader& h) { return h.Name + "|" + h.Number + "|" + std::to_string(h.Width); }, "LOWER CASE|12|90"},
+        {"KNQ/P1=UNKNOWN,P2=33.5,P3=45\r\n", [](const KapHeader& h) { return h.P2 + "," + h.P3; }, "33.5,45"},
+        {"KNP/SC=12500,GD=NAD83,PR=LAMBERT CONFORMAL CONIC,PP=-96\r\n",
+         [](const KapHeader& h) { return h.Scale + "|" + h.Datum + "|" + h.Projection + "|" + h.ProjectionParameter + "|" + h.DepthUnits; },
+         "12500|NAD83|LAMBERT CONFORMAL CONIC|-96|"},
+        {"VER/ 3.07 \r\n", [](const KapHeader& h) { return h.Version; }, "3.07"},
+        {"DAY/2,0,0,255\r\nDSK/2,0,255,0\r\nNGT/3,255,0,0\r\n",
+         [&](const KapHeader& h) { return colour(h.Day, 2) + " " + colour(h.Dusk, 2) + " " + colour(h.Night, 3) + " " + colour(h.Day, 3); },
+         std::to_string(MakeRgb(0, 0, 255)) + " " + std::to_string(MakeRgb(0, 255, 0)) + " " + std::to_string(MakeRgb(255, 0, 0)) + " -"},
+        {"RGB/3,300,-5,x\r\n", [&](const KapHeader& h) { return colour(h.Rgb, 3); }, std::to_string(MakeRgb(255, 0, 0))},
+        {"RGB/40,1,2,3\r\n", [](const KapHeader& h) { return std::to_string(h.ColourCount); }, "40"},
+        {"RGB/20,1,2\r\n", [&](const KapHeader& h) { return colour(h.Rgb, 20); }, "-"},
+        {"WPX/2,1.5,x,2.5\r\nPWY/1,4,5,6\r\n",
+         [&](const KapHeader& h) { return std::to_string(h.WpxOrder) + ":" + text(h.Wpx) + std::to_string(h.PwyOrder) + ":" + text(h.Pwy); },
+         "2:1.5 2.5 1:4.0 5.0 6.0 "},
+        {"WPY/x,1,2\r\n", [](const KapHeader& h) { return std::to_string(h.WpyOrder) + ":" + std::to_string(h.Wpy.size()); }, "-1:0"},
+        {"PWX/3,1,2,3,4,5,6,7,8,9,10,11,12\r\n", [](const KapHeader& h) { return std::to_string(h.Pwx.size()); }, "10"},
+        {"DTM/1.5\r\n", [](const KapHeader& h) { return std::to_string(h.HasDtm); }, "0"},
+        {"DTM/1.5,-2\r\n", [](const KapHeader& h) { return Format(h.DtmLat, "0.0") + "," + Format(h.DtmLon, "0.0"); }, "1.5,-2.0"},
+        {"IFM/999\r\n", [](const KapHeader& h) { return std::to_string(h.Ifm); }, "255"},
+        {"CED/SE=5,ED=25/12/99\r\n", [](const KapHeader& h) { return h.EditionDate; }, "19991225"},
+        {"CED/ED=2020-13-01\r\n", [](const KapHeader& h) { return h.EditionDate; }, ""},
+        {"!  a note  \r\n", [](const KapHeader& h) { return h.Comments.empty() ? "" : h.Comments.back(); }, "a note"},
+        {"REF/9,1,2,3\r\nPLY/9,50\r\n", [](const KapHeader& h) { return std::to_string(h.Refs.size()) + "," + std::to_string(h.Outline.size()); }, "7,4"},
+        {"REF/8,10,20,50.5,-12.25\r\n", [](const KapHeader& h) { return Format(h.Refs.back().lat, "0.00") + "," + Format(h.Refs.back().lon, "0.00"); }, "50.50,-12.25"},
+        {"XYZ/NA=IGNORED\r\nBSBX/NA=IGNORED\r\n", [](const KapHeader& h) { return h.Name; }, "TEST CHART"},
+    };
+    for (const Case& c : cases) {
+        KapReader r;
+        ASSERT_TRUE(r.Open(WithHeaderLines(c.lines))) << c.lines << r.Error();
+        EXPECT_EQ(c.get(r.Header()), c.want) << c.lines;
+    }
+}
+
+TEST(KapReader, HeaderRecordsThatRefuseTheFile) {
+    struct Case {
+        const char* line;
+        std::string message;
+    } cases[] = {
+        {"RGB/128,1,2,3", "The chart file's colour table has an entry 128 out of range."},
+        {"DAY/200,1,2,3", "The chart file's colour table has an entry 200 out of range."},
+        {"NGT/-1,1,2,3", "The chart file's colour table has an entry -1 out of range."},
+        {"BSB/RA=-5,7", "The chart file does not give its size (BSB/RA=)."},
+        {"NOS/RA=1,2,0,80", "The chart file does not give its size (BSB/RA=)."},
+    };
+    for (const Case& c : cases) {
+        KapReader r;
+        EXPECT_FALSE(r.Open(WithHeaderLines(std::string(c.line) + "\r\n"))) << c.line;
+        EXPECT_EQ(r.Error(), c.message) << c.line;
+    }
 }
 
 TEST(KapReader, RowOnePixelShortIsCompletedWithZero) {
