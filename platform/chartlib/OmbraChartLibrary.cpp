@@ -460,16 +460,25 @@ long RasterRow(const ChartViewState& v, double rs, int y, double within) {
 class RowSampler {
 public:
     RowSampler(TiledRaster& raster, const std::array<uint32_t, 256>& lut, uint32_t background, int width)
-        : raster_(raster), lut_(lut), background_(background), width_(width), tiles_(raster.Header().TilesAcross) {}
+        : raster_(raster),
+          lut_(lut),
+          background_(background),
+          width_(width),
+          rows_(long(raster.Header().Height)),
+          tileSize_(int(raster.Header().TileSize)),
+          tiles_(raster.Header().TilesAcross) {}
 
     // Raster row `ry` sampled at the columns of `cols`, into `out` (width pixels).
     void Paint(long ry, const ColumnMap& cols, uint32_t* out) {
-        const RasterHeader& rh = raster_.Header();
-        const int ts = int(rh.TileSize);
-        if (ry < 0 || ry >= long(rh.Height)) {
-            std::fill(out, out + width_, background_);
+        // Locals, so that the stores to `out` need not reload them.
+        const int width = width_;
+        const uint32_t background = background_;
+        const uint32_t* lut = lut_.data();
+        if (ry < 0 || ry >= rows_) {
+            std::fill(out, out + width, background);
             return;
         }
+        const int ts = tileSize_;
         int ty = int(ry / ts), yoff = int(ry % ts);
         if (ty != bandRow_) {
             for (auto& t : tiles_) t.reset();
@@ -478,18 +487,18 @@ public:
         const int* ct = cols.tile.data();
         const int* co = cols.offset.data();
         int x = 0;
-        while (x < width_) {
+        while (x < width) {
             int t = ct[x];
             if (t < 0) {
-                out[x++] = background_;
+                out[x++] = background;
                 continue;
             }
             auto& tile = tiles_[size_t(t)];
             if (!tile) tile = raster_.GetTile(uint32_t(t), uint32_t(ty));
             const uint8_t* row = tile->data() + size_t(yoff) * size_t(ts);
             int x0 = x;
-            while (x < width_ && ct[x] == t) ++x;
-            for (int k = x0; k < x; ++k) out[k] = lut_[row[co[k]]];
+            while (x < width && ct[x] == t) ++x;
+            for (int k = x0; k < x; ++k) out[k] = lut[row[co[k]]];
         }
     }
 
@@ -498,6 +507,8 @@ private:
     const std::array<uint32_t, 256>& lut_;
     uint32_t background_;
     int width_;
+    long rows_;
+    int tileSize_;
     int bandRow_ = -1;
     std::vector<TiledRaster::Tile> tiles_;
 };
