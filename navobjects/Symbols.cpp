@@ -177,7 +177,9 @@ void ManOverboard(Cell& s, const Inks& k) {
 const Art kArt[kSymbolCount] = {
     [](Cell& s, const Inks& k) { s.Ring(5.5, k.ink); s.Ring(4.5, k.ink); },
     [](Cell& s, const Inks& k) { s.Box(2, 2, 12, 12, k.ink); s.Box(3, 3, 11, 11, k.ink); },
-    [](Cell& s, const Inks& k) { s.Line(7, 1, 1, 12, k.ink); s.Line(1, 12, 13, 12, k.ink); s.Line(13, 12, 7, 1, k.ink); s.Fill(6, 7, 8, 9, k.ink); },
+    [](Cell& s, const Inks& k) {  // estimated position: a triangle round a dot
+        s.Line(7, 1, 1, 12, k.ink); s.Line(1, 12, 13, 12, k.ink); s.Line(13, 12, 7, 1, k.ink); s.Fill(6, 7, 8, 9, k.ink);
+    },
     Anchor,
     [](Cell& s, const Inks& k) {  // marina: a yacht
         s.Tri(7, 1, 7, 10, 12, 10, k.ink); s.Tri(6, 3, 6, 10, 2, 10, k.ink);

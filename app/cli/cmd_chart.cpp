@@ -291,7 +291,8 @@ bool OpenForQuery(chartlib::OmbraChartLibrary& lib, const std::string& root, con
 // The engine, the catalogue and the installer for one command; messages
 // go to stderr.
 struct InstallKit {
-    explicit InstallKit(std::ostream& err) : dialogs(err), errors(dialogs, kProduct), cat(dialogs, errors, kProduct), installer(lib, cat) {}
+    explicit InstallKit(std::ostream& err)
+        : dialogs(err), errors(dialogs, kProduct), cat(dialogs, errors, kProduct), installer(lib, cat) {}
     CliDialogs dialogs;
     ErrorReporter errors;
     chartlib::OmbraChartLibrary lib;
@@ -408,27 +409,27 @@ int RunPlanQuery(Options& o, const char* usage, const char* what, PlanQuery answ
     return 0;
 }
 
+bool PrintPixel(chartlib::OmbraChartLibrary& lib, const Options& o, int16_t plan, double lat, double lon, std::ostream& out) {
+    double x, y;
+    if (!lib.PositionToPixel(1, plan, LatLong{lon * 3600.0, lat * 3600.0}, x, y)) return false;
+    if (o.exact) out << std::fixed << std::setprecision(4) << x << " " << y << "\n";
+    else out << std::lround(x) << " " << std::lround(y) << "\n";
+    return true;
+}
+
+bool PrintPosition(chartlib::OmbraChartLibrary& lib, const Options&, int16_t plan, double x, double y, std::ostream& out) {
+    LatLong pos;
+    if (!lib.PixelToPosition(1, plan, x, y, pos)) return false;
+    out << std::fixed << std::setprecision(8) << pos.Lat / 3600.0 << " " << pos.Long / 3600.0 << "\n";
+    return true;
+}
+
 int Pixel(Options& o, std::ostream& out, std::ostream& err) {
-    return RunPlanQuery(o, "pixel NUMBER PLAN LAT LON [--exact] [--root DIR]", "position",
-                        [](chartlib::OmbraChartLibrary& lib, const Options& o, int16_t plan, double lat, double lon, std::ostream& out) {
-                            double x, y;
-                            if (!lib.PositionToPixel(1, plan, LatLong{lon * 3600.0, lat * 3600.0}, x, y)) return false;
-                            if (o.exact) out << std::fixed << std::setprecision(4) << x << " " << y << "\n";
-                            else out << std::lround(x) << " " << std::lround(y) << "\n";
-                            return true;
-                        },
-                        out, err);
+    return RunPlanQuery(o, "pixel NUMBER PLAN LAT LON [--exact] [--root DIR]", "position", PrintPixel, out, err);
 }
 
 int Position(Options& o, std::ostream& out, std::ostream& err) {
-    return RunPlanQuery(o, "position NUMBER PLAN X Y [--root DIR]", "pixel",
-                        [](chartlib::OmbraChartLibrary& lib, const Options&, int16_t plan, double x, double y, std::ostream& out) {
-                            LatLong pos;
-                            if (!lib.PixelToPosition(1, plan, x, y, pos)) return false;
-                            out << std::fixed << std::setprecision(8) << pos.Lat / 3600.0 << " " << pos.Long / 3600.0 << "\n";
-                            return true;
-                        },
-                        out, err);
+    return RunPlanQuery(o, "position NUMBER PLAN X Y [--root DIR]", "pixel", PrintPosition, out, err);
 }
 
 int Render(Options& o, std::ostream& out, std::ostream& err) {

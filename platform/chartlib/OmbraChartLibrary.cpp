@@ -542,7 +542,8 @@ void OmbraChartLibrary::RedrawChart(Image& store, const ChartViewState& v, int16
     for (int s = 0; s < samples; ++s) bands.emplace_back(*shown_, lut_, background_, w);
 
     if (samples == 1) {
-        for (int y = 0; y < h; ++y) bands[0].Paint(RasterRow(v, rs, y, 0.5), cols[0], store.pixels.data() + size_t(y) * size_t(w));
+        for (int y = 0; y < h; ++y)
+            bands[0].Paint(RasterRow(v, rs, y, 0.5), cols[0], store.pixels.data() + size_t(y) * size_t(w));
         return;
     }
     // Reducing: the mean of samples x samples colours of the chart pixels covered.

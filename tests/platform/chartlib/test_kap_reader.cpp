@@ -4,6 +4,8 @@
 
 #include <filesystem>
 #include <functional>
+#include <sstream>
+#include <map>
 #include <fstream>
 
 #include "core/Format.h"
@@ -167,52 +169,82 @@ std::string WithHeaderLines(const std::string& lines) {
     return b;
 }
 
-TEST(KapReader, EachHeaderRecordFillsItsFields) {
-    using chartlib::KapHeader;
-    auto text = [](const std::vector<double>& v) {
+// Fields of a header as text, by the names the table below uses.
+std::string HeaderField(const chartlib::KapHeader& h, const std::string& name) {
+    auto list = [](const std::vector<double>& v) {
         std::string s;
-        for (double d : v) s += Format(d, "0.0##") + " ";
+        for (double d : v) s += (s.empty() ? "" : ",") + Format(d, "0.0##");
         return s;
     };
-    auto colour = [](const std::vector<int64_t>& t, size_t i) { return i < t.size() ? std::to_string(t[i]) : "-"; };
+    auto colour = [](const std::vector<int64_t>& t, size_t i) {
+        if (i >= t.size() || t[i] < 0) return std::string("-");
+        return std::to_string((t[i] >> 16) & 255) + "." + std::to_string((t[i] >> 8) & 255) + "." + std::to_string(t[i] & 255);
+    };
+    const std::map<std::string, std::function<std::string()>> fields = {
+        {"name", [&] { return h.Name; }},
+        {"number", [&] { return h.Number; }},
+        {"size", [&] { return std::to_string(h.Width) + "x" + std::to_string(h.Height); }},
+        {"version", [&] { return h.Version; }},
+        {"knp", [&] { return h.Scale + "|" + h.Datum + "|" + h.Projection + "|" + h.ProjectionParameter + "|" + h.DepthUnits; }},
+        {"knq", [&] { return h.P2 + "|" + h.P3; }},
+        {"day2", [&] { return colour(h.Day, 2); }},
+        {"day3", [&] { return colour(h.Day, 3); }},
+        {"dusk2", [&] { return colour(h.Dusk, 2); }},
+        {"night3", [&] { return colour(h.Night, 3); }},
+        {"rgb3", [&] { return colour(h.Rgb, 3); }},
+        {"rgb20", [&] { return colour(h.Rgb, 20); }},
+        {"colours", [&] { return std::to_string(h.ColourCount); }},
+        {"wpx", [&] { return std::to_string(h.WpxOrder) + ":" + list(h.Wpx); }},
+        {"wpy", [&] { return std::to_string(h.WpyOrder) + ":" + list(h.Wpy); }},
+        {"pwx", [&] { return std::to_string(h.PwxOrder) + ":" + list(h.Pwx); }},
+        {"pwy", [&] { return std::to_string(h.PwyOrder) + ":" + list(h.Pwy); }},
+        {"dtm", [&] { return h.HasDtm ? Format(h.DtmLat, "0.0") + "," + Format(h.DtmLon, "0.0") : "none"; }},
+        {"ifm", [&] { return std::to_string(h.Ifm); }},
+        {"edition", [&] { return h.EditionDate; }},
+        {"comment", [&] { return h.Comments.empty() ? "" : h.Comments.back(); }},
+        {"refs", [&] { return std::to_string(h.Refs.size()) + "," + std::to_string(h.Outline.size()); }},
+        {"lastref", [&] { return Format(h.Refs.back().lat, "0.00") + "," + Format(h.Refs.back().lon, "0.00"); }},
+    };
+    auto f = fields.find(name);
+    return f == fields.end() ? "(no field " + name + ")" : f->second();
+}
+
+TEST(KapReader, EachHeaderRecordFillsItsFields) {
     struct Case {
-        const char* lines;
-        std::function<std::string(const KapHeader&)> get;
-        std::string want;
+        const char* lines;   // added at the end of the header
+        const char* fields;  // names for HeaderField, blank-separated
+        std::string want;    // their texts, blank-separated
     } cases[] = {
-        {"NOS/NA=OLD,RA=1,2,120,80\r\n", [](const KapHeader& h) { return h.Name + std::to_string(h.Width) + "x" + std::to_string(h.Height); }, "OLD120x80"},
-        {"NOS/RA=120,80\r\n", [](const KapHeader& h) { return std::to_string(h.Width) + "x" + std::to_string(h.Height); }, "120x80"},
-        {"bsb/NA=LOWER CASE,NU=12,RA=90,60\r\n", [](const KapHeader& h) { return h.Name + "|" + h.Number + "|" + std::to_string(h.Width); }, "LOWER CASE|12|90"},
-        {"KNQ/P1=UNKNOWN,P2=33.5,P3=45\r\n", [](const KapHeader& h) { return h.P2 + "," + h.P3; }, "33.5,45"},
-        {"KNP/SC=12500,GD=NAD83,PR=LAMBERT CONFORMAL CONIC,PP=-96\r\n",
-         [](const KapHeader& h) { return h.Scale + "|" + h.Datum + "|" + h.Projection + "|" + h.ProjectionParameter + "|" + h.DepthUnits; },
-         "12500|NAD83|LAMBERT CONFORMAL CONIC|-96|"},
-        {"VER/ 3.07 \r\n", [](const KapHeader& h) { return h.Version; }, "3.07"},
-        {"DAY/2,0,0,255\r\nDSK/2,0,255,0\r\nNGT/3,255,0,0\r\n",
-         [&](const KapHeader& h) { return colour(h.Day, 2) + " " + colour(h.Dusk, 2) + " " + colour(h.Night, 3) + " " + colour(h.Day, 3); },
-         std::to_string(MakeRgb(0, 0, 255)) + " " + std::to_string(MakeRgb(0, 255, 0)) + " " + std::to_string(MakeRgb(255, 0, 0)) + " -"},
-        {"RGB/3,300,-5,x\r\n", [&](const KapHeader& h) { return colour(h.Rgb, 3); }, std::to_string(MakeRgb(255, 0, 0))},
-        {"RGB/40,1,2,3\r\n", [](const KapHeader& h) { return std::to_string(h.ColourCount); }, "40"},
-        {"RGB/20,1,2\r\n", [&](const KapHeader& h) { return colour(h.Rgb, 20); }, "-"},
-        {"WPX/2,1.5,x,2.5\r\nPWY/1,4,5,6\r\n",
-         [&](const KapHeader& h) { return std::to_string(h.WpxOrder) + ":" + text(h.Wpx) + std::to_string(h.PwyOrder) + ":" + text(h.Pwy); },
-         "2:1.5 2.5 1:4.0 5.0 6.0 "},
-        {"WPY/x,1,2\r\n", [](const KapHeader& h) { return std::to_string(h.WpyOrder) + ":" + std::to_string(h.Wpy.size()); }, "-1:0"},
-        {"PWX/3,1,2,3,4,5,6,7,8,9,10,11,12\r\n", [](const KapHeader& h) { return std::to_string(h.Pwx.size()); }, "10"},
-        {"DTM/1.5\r\n", [](const KapHeader& h) { return std::to_string(h.HasDtm); }, "0"},
-        {"DTM/1.5,-2\r\n", [](const KapHeader& h) { return Format(h.DtmLat, "0.0") + "," + Format(h.DtmLon, "0.0"); }, "1.5,-2.0"},
-        {"IFM/999\r\n", [](const KapHeader& h) { return std::to_string(h.Ifm); }, "255"},
-        {"CED/SE=5,ED=25/12/99\r\n", [](const KapHeader& h) { return h.EditionDate; }, "19991225"},
-        {"CED/ED=2020-13-01\r\n", [](const KapHeader& h) { return h.EditionDate; }, ""},
-        {"!  a note  \r\n", [](const KapHeader& h) { return h.Comments.empty() ? "" : h.Comments.back(); }, "a note"},
-        {"REF/9,1,2,3\r\nPLY/9,50\r\n", [](const KapHeader& h) { return std::to_string(h.Refs.size()) + "," + std::to_string(h.Outline.size()); }, "7,4"},
-        {"REF/8,10,20,50.5,-12.25\r\n", [](const KapHeader& h) { return Format(h.Refs.back().lat, "0.00") + "," + Format(h.Refs.back().lon, "0.00"); }, "50.50,-12.25"},
-        {"XYZ/NA=IGNORED\r\nBSBX/NA=IGNORED\r\n", [](const KapHeader& h) { return h.Name; }, "TEST CHART"},
+        {"NOS/NA=OLD,RA=1,2,120,80", "name size", "OLD 120x80"},
+        {"NOS/RA=120,80", "size", "120x80"},
+        {"bsb/NA=LOWER CASE,NU=12,RA=90,60", "name number size", "LOWER CASE 12 90x60"},
+        {"VER/ 3.07 ", "version", "3.07"},
+        {"KNP/SC=12500,GD=NAD83,PR=LAMBERT CONFORMAL CONIC,PP=-96", "knp", "12500|NAD83|LAMBERT CONFORMAL CONIC|-96|"},
+        {"KNQ/P1=UNKNOWN,P2=33.5,P3=45", "knq", "33.5|45"},
+        {"DAY/2,0,0,255\r\nDSK/2,0,255,0\r\nNGT/3,255,0,0", "day2 dusk2 night3 day3", "0.0.255 0.255.0 255.0.0 -"},
+        {"RGB/3,300,-5,x", "rgb3", "255.0.0"},
+        {"RGB/40,1,2,3", "colours", "40"},
+        {"RGB/20,1,2", "rgb20 colours", "- 15"},
+        {"WPX/2,1.5,x,2.5\r\nPWY/1,4,5,6", "wpx pwy", "2:1.5,2.5 1:4.0,5.0,6.0"},
+        {"WPY/x,1,2", "wpy", "-1:"},
+        {"PWX/3,1,2,3,4,5,6,7,8,9,10,11,12", "pwx", "3:1.0,2.0,3.0,4.0,5.0,6.0,7.0,8.0,9.0,10.0"},
+        {"DTM/1.5", "dtm", "none"},
+        {"DTM/1.5,-2", "dtm", "1.5,-2.0"},
+        {"IFM/999", "ifm", "255"},
+        {"CED/SE=5,ED=25/12/99", "edition", "19991225"},
+        {"CED/ED=2020-13-01", "edition", ""},
+        {"!  a note  ", "comment", "a note"},
+        {"REF/9,1,2,3\r\nPLY/9,50", "refs", "7,4"},
+        {"REF/8,10,20,50.5,-12.25", "lastref", "50.50,-12.25"},
+        {"XYZ/NA=IGNORED\r\nBSBX/NA=IGNORED", "name", "TEST CHART"},
     };
     for (const Case& c : cases) {
         KapReader r;
-        ASSERT_TRUE(r.Open(WithHeaderLines(c.lines))) << c.lines << r.Error();
-        EXPECT_EQ(c.get(r.Header()), c.want) << c.lines;
+        ASSERT_TRUE(r.Open(WithHeaderLines(std::string(c.lines) + "\r\n"))) << c.lines << ": " << r.Error();
+        std::string got;
+        std::istringstream names(c.fields);
+        for (std::string name; names >> name;) got += (got.empty() ? "" : " ") + HeaderField(r.Header(), name);
+        EXPECT_EQ(got, c.want) << c.lines;
     }
 }
 
