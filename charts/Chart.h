@@ -20,6 +20,12 @@
 // (in) than the current plan's, keeping the view's centre; when there is
 // none: "There are no charts of a suitable scale curently installed." under
 // "Chart Scale Out" (that title serves both directions).
+//
+// Units: positions in seconds of arc, north and east positive; plans are
+// numbered 0 to PlanCount. A Chart refers to (and does not own) the
+// library, dialogs, reporter, registry, state, catalogue, checks and
+// display it is given; they must outlive it. The open chart's facts live in
+// the ChartState, which the queries below only read.
 #pragma once
 #include <cstdint>
 #include <functional>
@@ -50,17 +56,23 @@ public:
     Chart(ChartLibrary& library, Dialogs& dialogs, ErrorReporter& errors, Registry& registry, const std::string& productName,
           ChartState& state, ChartCat& cat, ChartChecks& checks, Display& display, ChartHost& host);
 
+    // Opens a chart as told above; true when it is open. On false the
+    // chart open before (if any) stays open and the reason has been shown
+    // (an empty number is passed over without one).
     bool NewChart(const std::string& chartNumber);
     void ZoomOutChart();
     void ZoomInChart();
     // The installed chart at a position with the smallest scale
     // denominator (the first candidate when none qualifies); opened and
-    // centred on the position. Degrees times 3600.
+    // centred on the position, in seconds of arc (WGS84). False when no
+    // installed chart covers it or it does not open.
     bool OpenChartAt(double latSeconds, double lonSeconds);
     void CloseChart();
     void QuickCheck();
 
     bool ChartIsOpen() const { return state_.IsOpen(); }
+    // The plan's shift; false, or an empty shift, when no chart is open or
+    // the plan is not one of its plans (no message).
     bool IsShiftData(int16_t plan) const;
     WGS84Shift GetWGS84(int16_t plan) const;
     int16_t GetPlanCount() const { return state_.Header.PlanCount; }
@@ -69,8 +81,10 @@ public:
     void SetCurrentPlan(int16_t plan) { state_.CurrentPlan = plan; }
     int16_t GetPixelZoom() const { return display_.PixelSize; }
     void ResetPixelZoom() { display_.ResetPixelZoom(); }
-    // Whether a chart's files are on this system.
+    // Whether a chart's header is on this system, under the chart root.
     bool IsInstalled(const std::string& number) const;
+    // The details of a plan of the open chart; a plan out of range gives
+    // the current plan's. Empty when no chart is open.
     ChartDetails Details(int16_t plan) const;
     // The chart's notes, for the "&Notes" window.
     std::string NotesText() const;

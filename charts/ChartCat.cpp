@@ -23,12 +23,6 @@ constexpr size_t kMaxLine = 1 << 20;
 constexpr size_t kMaxCells = 20000;
 constexpr size_t kMaxPlanCells = 100;  // plan numbers have two digits
 
-int16_t Int16Of(std::string_view s) {
-    double v = Val(s);
-    if (!(v >= -32768.5 && v <= 32767.5)) return 0;
-    return int16_t(RoundEven(v));
-}
-
 // Reads `count` lines from byte `offset` (from 0) of a file; false when the
 // file is missing or the offset lies outside it. Lines end at LF (a CR
 // before it is dropped) and are cut at kMaxLine.
@@ -116,32 +110,48 @@ std::string FormatOutlineLine(const std::vector<LatLong>& outline) {
     return s;
 }
 
+namespace {
+
+// A text field of a catalogue line: columns first to last (from 1), kept
+// blank-padded to `width` characters.
+template <class Record>
+struct TextColumns {
+    std::string Record::*field;
+    size_t first, last, width;
+};
+
+template <class Record, size_t N>
+void ReadTextColumns(std::string_view line, Record& r, const TextColumns<Record> (&columns)[N]) {
+    for (const TextColumns<Record>& c : columns) r.*c.field = FixedText(Columns(line, c.first, c.last), c.width);
+}
+
+const TextColumns<ChartCatEntry> kChartLine1[] = {
+    {&ChartCatEntry::Country, 1, 2, 2},           {&ChartCatEntry::ChartNumber, 3, 10, 8},
+    {&ChartCatEntry::HeaderIssueDate, 11, 18, 8}, {&ChartCatEntry::EditionDate, 19, 26, 8},
+    {&ChartCatEntry::NotesIssueDate, 27, 34, 8},  {&ChartCatEntry::IssueDate2, 35, 42, 8},
+    {&ChartCatEntry::Code, 43, 47, 5},            {&ChartCatEntry::Title, 48, 147, 100},
+    {&ChartCatEntry::LatestNM, 148, 156, 9},      {&ChartCatEntry::Scale, 159, 168, 10},
+    {&ChartCatEntry::Value2, 169, 176, 10},       {&ChartCatEntry::Date3, 178, 185, 8},
+    {&ChartCatEntry::Date4, 186, 193, 8},
+};
+
+const TextColumns<ChartCatPlan> kPlanLine1[] = {
+    {&ChartCatPlan::PlanLabel, 1, 2, 2}, {&ChartCatPlan::ChartNumber, 3, 10, 8}, {&ChartCatPlan::IssueDate, 11, 18, 8},
+    {&ChartCatPlan::Scale, 21, 28, 10},  {&ChartCatPlan::Title, 29, 128, 100},
+};
+
+}  // namespace
+
 void ParseChartCatLine1(std::string_view l, ChartCatEntry& e) {
-    e.Country = FixedText(Columns(l, 1, 2), 2);
-    e.ChartNumber = FixedText(Columns(l, 3, 10), 8);
-    e.HeaderIssueDate = FixedText(Columns(l, 11, 18), 8);
-    e.EditionDate = FixedText(Columns(l, 19, 26), 8);
-    e.NotesIssueDate = FixedText(Columns(l, 27, 34), 8);
-    e.IssueDate2 = FixedText(Columns(l, 35, 42), 8);
-    e.Code = FixedText(Columns(l, 43, 47), 5);
-    e.Title = FixedText(Columns(l, 48, 147), 100);
-    e.LatestNM = FixedText(Columns(l, 148, 156), 9);
+    ReadTextColumns(l, e, kChartLine1);
     e.PlanCount = Int16Of(Columns(l, 157, 158));
-    e.Scale = FixedText(Columns(l, 159, 168), 10);
-    e.Value2 = FixedText(Columns(l, 169, 176), 10);
     std::string flag = Columns(l, 177, 177);
     e.Flag = IsNumeric(flag) ? Int16Of(flag) : 0;
-    e.Date3 = FixedText(Columns(l, 178, 185), 8);
-    e.Date4 = FixedText(Columns(l, 186, 193), 8);
 }
 
 void ParsePlanCatLine1(std::string_view l, ChartCatPlan& p) {
-    p.PlanLabel = FixedText(Columns(l, 1, 2), 2);
-    p.ChartNumber = FixedText(Columns(l, 3, 10), 8);
-    p.IssueDate = FixedText(Columns(l, 11, 18), 8);
+    ReadTextColumns(l, p, kPlanLine1);
     p.PlanNumber = Int16Of(Columns(l, 19, 20));
-    p.Scale = FixedText(Columns(l, 21, 28), 10);
-    p.Title = FixedText(Columns(l, 29, 128), 100);
 }
 
 std::vector<int64_t> ParsePlanPointers(std::string_view line3) {

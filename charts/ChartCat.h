@@ -23,6 +23,13 @@
 // Files are opened and closed for each question; nothing is cached, so a
 // catalogue changed by an installation is seen at once. Every reader is
 // bounded by the bytes it finds and never trusts a count or an offset.
+//
+// Units: positions (LatLong) in seconds of arc, north and east positive;
+// scales as the denominator of the natural scale, as text. Fields marked
+// with a number are kept blank-padded to that many characters. Entries and
+// plans are plain values owned by the caller; a ChartCat holds only its
+// sub-folder and the list of chart errors, and refers to (does not own)
+// the dialogs and error reporter it is given, which must outlive it.
 #pragma once
 #include <cstdint>
 #include <functional>
@@ -69,26 +76,41 @@ struct ChartCatEntry {
     std::vector<std::string> PlanNames;
 };
 
-// The outline of plan `plan` in an entry: plan 0 the chart's.
+// The outline of plan `plan` in an entry: plan 0 the chart's, another the
+// plan whose PlanNumber it is, else the plan-th plan of the record. Null
+// when there is none; the pointer lives as long as the entry.
 const std::vector<LatLong>* PlanOutlineOf(const ChartCatEntry& entry, int plan);
 
-// Coordinate cells.
+// Coordinate cells. A cell is read from its columns whatever they hold:
+// blanks and letters count 0, and only a leading "-" makes it negative, so
+// any text gives a (perhaps meaningless) finite number of seconds of arc.
 double ParseLatCell(std::string_view cell8);
 double ParseLonCell(std::string_view cell9);
+// The cells of a value in seconds of arc, rounded to a thousandth of a
+// minute: "+5000000" and "-01200000". A value that is no number writes as 0;
+// one too large for the degrees' digits is cut to the cell's width.
 std::string FormatLatCell(double seconds);
 std::string FormatLonCell(double seconds);
+// Cells of 17 characters, as many as the line holds (its length / 17,
+// rounded half to even; a short last cell reads its missing columns as
+// blanks), at most 20000.
 std::vector<LatLong> ParseOutlineLine(std::string_view line);
 std::string FormatOutlineLine(const std::vector<LatLong>& outline);
 
-// Parsing the catalogue's lines (no I/O), shared by the reader and the
-// fuzz target.
+// Parsing the catalogue's lines (no I/O, no messages, any text accepted:
+// columns past a line's end read as blanks or 0), shared by the reader and
+// the fuzz target. The Line1 parsers overwrite only the fields of that line.
 void ParseChartCatLine1(std::string_view line, ChartCatEntry& entry);
 void ParsePlanCatLine1(std::string_view line, ChartCatPlan& plan);
+// Byte offsets (from 0) into Plan.CAT from cells of 9 characters, at most
+// 100; a cell that is no usable offset gives -1.
 std::vector<int64_t> ParsePlanPointers(std::string_view line3);
+// The plans' 9-character references, at most 100.
 std::vector<std::string> ParsePlanNames(std::string_view line4);
 
 // The grid file of a position: quadrant folder and file name, from the
-// whole degrees: {"NW", "50N012W.PTR"}.
+// whole degrees toward zero: {"NW", "50N012W.PTR"}. Degrees are held to
+// 90 and 180; the position must be a number.
 struct GridCell {
     std::string Quadrant;
     std::string FileName;
@@ -117,18 +139,26 @@ public:
     // "ChartCat\" under the root, with the sub-folder.
     std::string CatalogueFolder(const std::string& root) const;
 
-    // Offset + 1 of the chart's record in Chart.CAT, or 0 (with the
-    // messages of a missing catalogue or chart).
+    // Offset + 1 of the chart's record in Chart.CAT, or 0 when the
+    // catalogue or the chart is missing: with `reportMissing` the reason
+    // joins ChartErrors (and ChartErrorsChanged fires), else it is shown in
+    // a message box. Faults go to the reporter under "FindChartPointer".
     int64_t FindChartPointer(const std::string& root, const std::string& chartNumber, bool reportMissing);
     // Reads the record at `offset` (offset + 1, as FindChartPointer gives
-    // it) with its plans; outlines only when asked.
+    // it) with its plans; outlines only when asked. A plan whose pointer
+    // leads nowhere is left out. False, with `entry` unchanged, when
+    // Chart.CAT is missing (a message box says so) or the offset lies
+    // outside it (reported under "ReadChartCatEntry").
     bool ReadChartCatEntry(const std::string& root, int64_t offset, ChartCatEntry& entry, bool wantOutlines);
     // Columns 148-156 of the chart's record; "" when it has none.
     std::string GetLatestNM(const std::string& root, const std::string& chartNumber);
-    // The charts whose outline (or a plan's) holds the position; {"None
-    // found"} when none does. Each name is the number in 8 characters, a
-    // blank, the title, ":" and the scale.
+    // The charts whose outline (or a plan's) holds the position (seconds
+    // of arc, WGS84), from the position's grid file; {"None found"} when
+    // none does. Each name is the number in 8 characters, a blank, the
+    // title, ":" and the scale. A grid line whose offset or number does not
+    // match the catalogue is passed over.
     void ChartSelectFromLL(const std::string& root, const LatLong& position, std::vector<std::string>& names);
+    // The chart manager's row of a chart; false when it is not catalogued.
     bool GetChartCatChartManInfo(const std::string& root, const std::string& chartNumber, ChartManInfo& info);
 
     // The list of FrmChartErrors (texts of charts the catalogue lacks).

@@ -18,15 +18,6 @@ namespace {
 
 constexpr size_t kMaxTextFileBytes = 4 << 20;
 
-// The numeric value of a field, as a 16-bit integer: the leading number,
-// rounded ties to even, and 0 when it does not fit (a header is read, not
-// judged; the value is kept, never computed with).
-int16_t Int16Of(std::string_view s) {
-    double v = Val(s);
-    if (!(v >= -32768.5 && v <= 32767.5)) return 0;
-    return int16_t(RoundEven(v));
-}
-
 std::vector<std::string> Lines(std::string_view text, size_t most) {
     std::vector<std::string> out;
     size_t start = 0;
@@ -41,6 +32,12 @@ std::vector<std::string> Lines(std::string_view text, size_t most) {
 }
 
 }  // namespace
+
+int16_t Int16Of(std::string_view s) {
+    double v = Val(s);
+    if (!(v >= -32768.5 && v <= 32767.5)) return 0;
+    return int16_t(RoundEven(v));
+}
 
 std::string Columns(std::string_view line, size_t first, size_t last) {
     if (first < 1 || first > line.size() || last < first) return "";

@@ -61,36 +61,66 @@ struct ChartHeader {
     int16_t HeaderLineLength = 0;
 };
 
-// The header path of a chart number, relative to the chart root; "" for an
-// empty number.
+// Names of the chart set.
+
+// The header path of a chart number, relative to the chart root, with "\\"
+// between folders: "raschts\\GGG\\NUMBER\\NUMBER.HDR". Trailing blanks of
+// the number are dropped; a number with no digits at all is grouped under
+// "000". "" for an empty (or all blank) number. Never fails.
 std::string ChartHeaderPath(std::string_view chartNumber);
-// A path of the set from the ".HDR" path, by its last three characters.
+// A path of the set from the ".HDR" path: its last three characters
+// replaced by `ext3` ("CHR", "P01"). A path shorter than three characters
+// comes back unchanged.
 std::string ChartFilePath(const std::string& headerPath, const std::string& ext3);
-// "P" or "N" and the plan number formatted "00".
+// "P" or "N" (`kind`) and the plan number formatted "00": PlanExtension('P', 3)
+// is "P03". Plans past 99 give three digits.
 std::string PlanExtension(char kind, int plan);
 
-// Text cut from 1-based columns; "" past the line's end.
-std::string Columns(std::string_view line, size_t first, size_t last);
-// The text blank-padded or cut to `length`.
-std::string FixedText(std::string_view text, size_t length);
+// Fixed columns. Every function here takes any text and never fails.
 
-// Parses the four lines of a header (no I/O, no reporting): what
-// ReadHeaderFile does with the file's bytes.
+// Text cut from 1-based columns first..last (inclusive); what lies past the
+// line's end is left out, and "" comes back when `first` is 0, past the
+// end, or after `last`.
+std::string Columns(std::string_view line, size_t first, size_t last);
+// The text blank-padded or cut to `length` characters.
+std::string FixedText(std::string_view text, size_t length);
+// The numeric value of a field as a 16-bit integer: the leading number of
+// the text (blanks or letters read 0), rounded half to even; 0 when it is
+// outside -32768..32767. A field is read, not judged: the value is kept.
+int16_t Int16Of(std::string_view text);
+
+// The header.
+
+// Fills `header` from the text of a ".HDR" (its first four lines, each
+// ending at LF with an optional CR). Missing lines and columns read as
+// empty text or 0; Plans gets PlanCount + 1 blank plans (none when
+// PlanCount is negative). The fields that do not come from the file
+// (LibraryTag, PlanNames, FirstPlan, OutOfDate) are left as they are.
+// No I/O and no messages: any text is accepted.
 void ParseHeaderText(std::string_view text, ChartHeader& header);
-// Reads the ".HDR" at `path` (program form, any case); faults go to the
-// reporter under "ReadHeaderFile" and give false.
+// Reads the ".HDR" at `path` (program form, folders by "\\", any case) into
+// `header`, keeping its catalogue facts (FirstPlan, PlanNames, OutOfDate).
+// A missing, unreadable or oversized (over 4 MB) file is reported under
+// "ReadHeaderFile" and gives false with `header` unchanged.
 bool ReadHeaderFile(const std::string& path, ChartHeader& header, ErrorReporter& errors);
-// The four lines of a header as written by chart installation.
+// The four lines of a header, each ending in CR LF, as chart installation
+// writes them; numbers past their columns are clamped (PlanCount to 0..99).
+// ParseHeaderText reads back the fields it wrote.
 std::string FormatHeaderText(const ChartHeader& header);
 
-// The file line of a chart set's text files.
+// The file line that begins every text file of a set: type (3 columns),
+// country (2), number (8), issue date (8), each blank-padded or cut, then
+// `rest` as it is.
 std::string ChartFileLine(std::string_view type, std::string_view country, std::string_view number,
                           std::string_view issueDate, std::string_view rest = "");
-// Columns 14-21 of a text file's first line: its issue date ("" when the
-// file cannot be read).
+// Columns 14-21 of a text file's first line: its issue date, YYYYMMDD as
+// written. "" when the file is missing or unreadable, or its line is shorter;
+// only the first 256 bytes are read.
 std::string FileIssueDateOf(const std::string& path);
 
 // The edition date shown day, month, year: "20240601" -> "01/06/2024".
+// A shorter text is blank-padded first, so a bad date gives blanks, not a
+// failure.
 std::string EditionDateText(std::string_view editionDate);
 
 }  // namespace ombra

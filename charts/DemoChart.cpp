@@ -221,177 +221,229 @@ void DemoChart::PaintRegion(Image& img, const PlanFrame& f, int x0, int y0, int 
         }
 }
 
+int DemoChart::MainRight() const { return int(std::lround(main_.X0 + (main_.LonE - main_.LonW) * main_.PixPerLon)); }
+
 void DemoChart::PaintBase(Image& img) const {
     if (img.width != width_ || img.height != height_) img = Image(width_, height_);
     std::fill(img.pixels.begin(), img.pixels.end(), Argb(Paper));
-    int mx1 = int(std::lround(main_.X0 + (main_.LonE - main_.LonW) * main_.PixPerLon));
-    int my1 = height_ - kMargin;
-    PaintRegion(img, main_, kMargin, kMargin, mx1, my1);
+    PaintRegion(img, main_, kMargin, kMargin, MainRight(), height_ - kMargin);
     PaintRegion(img, inset_, insetX0_, insetY0_, insetX1_, insetY1_);
 }
 
-void DemoChart::DrawPlanFeatures(Canvas& c, const PlanFrame& f, int plan) const {
-    const double scale = f.PixPerLon / kMainPixPerDeg;  // 1 on the main plan, 4 on the inset
-    auto px = [&](double e, double n) {
-        double lat, lon, x = 0, y = 0;
-        FromLocal(e, n, lat, lon);
-        PlanPixel(f, lat, lon, x, y);
-        return ChartPoint{int32_t(std::lround(x)), int32_t(std::lround(y))};
-    };
+// Draws the features of one plan: harbour works and lights, names, and
+// soundings. Every text drawn keeps its box, and so do the inset and the
+// title block on the main plan, so that soundings keep clear of them.
+struct DemoChart::PlanPainter {
+    const DemoChart& chart;
+    Canvas& c;
+    const PlanFrame& f;
+    int plan;
     std::vector<Rect> blocked;
-    if (plan == 0) {
-        blocked.push_back({insetX0_ - 10, insetY0_ - 10, insetX1_ + 10, insetY1_ + 10});
-        blocked.push_back({width_ - kMargin - 560, kMargin, width_ - kMargin, kMargin + 190});  // title block
-    } else {
-        blocked.push_back({insetX0_, insetY0_, insetX0_ + 230, insetY0_ + 44});  // plan title
-    }
-    auto text = [&](ChartPoint at, const std::string& s, int points, Rgb colour, bool centred) {
-        c.SetFont({"DejaVu Sans", points, false});
-        c.SetTextColour(colour);
-        int w = c.TextWidth(s), h = c.TextHeight();
-        ChartPoint tl = centred ? ChartPoint{at.x - w / 2, at.y - h / 2} : at;
-        c.Text(tl, s);
-        blocked.push_back({tl.x - 4, tl.y - 4, tl.x + w + 4, tl.y + h + 4});
-    };
-    auto light = [&](ChartPoint at, Rgb colour) {
-        c.SetPen({colour, 1, PenStyle::Solid});
-        c.SetBrush({colour, BrushStyle::Solid});
-        int r = plan == 0 ? 3 : 6;
-        c.Ellipse({at.x - r, at.y - r, at.x + r + 1, at.y + r + 1});
-        c.SetPen({RgbOf(Magenta), plan == 0 ? 2 : 3, PenStyle::Solid});
-        c.Line({at.x + r, at.y - r}, {at.x + 4 * r, at.y - 4 * r});
+
+    // The places the names are set against.
+    struct Marks {
+        ChartPoint northHead, southHead;  // the breakwater heads
+        ChartPoint lighthouse;
+        double quayE, quayN;               // the middle of the quay, NM in the island's plane
     };
 
-    // Breakwaters and their lights.
+    PlanPainter(const DemoChart& d, Canvas& canvas, const PlanFrame& frame, int p);
+
+    // The pixel of a point of the island's plane.
+    ChartPoint Px(double e, double n) const;
+    // Text at a point (its top-left corner, or its centre), its box kept.
+    void Text(ChartPoint at, const std::string& s, int points, Rgb colour, bool centred);
+
+    // A light: a disc and its flare towards the north-east.
+    void Light(ChartPoint at, Rgb colour);
+
+    // Breakwaters with their lights, the quay, and the lighthouse on the north point.
+    Marks HarbourWorks();
+    void Names(const Marks& m);
+
+    // Depths and the coast at a pixel of the plan.
+    void AtPixel(double x, double y, double& coast, double& depth) const;
+
+    // A sounding's box may not leave the plan, touch a name or another
+    // sounding, or have a corner near the coast or on land.
+    bool Clear(const Rect& box, const Rect& area) const;
+
+    // Soundings on a jittered grid, in open water only.
+    void Soundings();
+};
+
+DemoChart::PlanPainter::PlanPainter(const DemoChart& d, Canvas& canvas, const PlanFrame& frame, int p)
+    : chart(d), c(canvas), f(frame), plan(p) {
+    if (plan == 0) {
+        blocked.push_back({d.insetX0_ - 10, d.insetY0_ - 10, d.insetX1_ + 10, d.insetY1_ + 10});
+        blocked.push_back({d.width_ - kMargin - 560, kMargin, d.width_ - kMargin, kMargin + 190});  // title block
+    } else {
+        blocked.push_back({d.insetX0_, d.insetY0_, d.insetX0_ + 230, d.insetY0_ + 44});  // plan title
+    }
+}
+
+ChartPoint DemoChart::PlanPainter::Px(double e, double n) const {
+    double lat, lon, x = 0, y = 0;
+    FromLocal(e, n, lat, lon);
+    chart.PlanPixel(f, lat, lon, x, y);
+    return ChartPoint{int32_t(std::lround(x)), int32_t(std::lround(y))};
+}
+
+void DemoChart::PlanPainter::Text(ChartPoint at, const std::string& s, int points, Rgb colour, bool centred) {
+    c.SetFont({"DejaVu Sans", points, false});
+    c.SetTextColour(colour);
+    int w = c.TextWidth(s), h = c.TextHeight();
+    ChartPoint tl = centred ? ChartPoint{at.x - w / 2, at.y - h / 2} : at;
+    c.Text(tl, s);
+    blocked.push_back({tl.x - 4, tl.y - 4, tl.x + w + 4, tl.y + h + 4});
+}
+
+void DemoChart::PlanPainter::Light(ChartPoint at, Rgb colour) {
+    c.SetPen({colour, 1, PenStyle::Solid});
+    c.SetBrush({colour, BrushStyle::Solid});
+    int r = plan == 0 ? 3 : 6;
+    c.Ellipse({at.x - r, at.y - r, at.x + r + 1, at.y + r + 1});
+    c.SetPen({RgbOf(Magenta), plan == 0 ? 2 : 3, PenStyle::Solid});
+    c.Line({at.x + r, at.y - r}, {at.x + 4 * r, at.y - 4 * r});
+}
+
+DemoChart::PlanPainter::Marks DemoChart::PlanPainter::HarbourWorks() {
+    const double scale = f.PixPerLon / kMainPixPerDeg;  // 1 on the main plan, 4 on the inset
     double ae, an, be, bn;
     Headlands(ae, an, be, bn);
     double ahE = ae + 0.42 * (be - ae), ahN = an + 0.42 * (bn - an);
     double bhE = be + 0.36 * (ae - be), bhN = bn + 0.36 * (an - bn);
     c.SetPen({RgbOf(Black), std::max(2, int(3 * scale)), PenStyle::Solid});
-    c.Line(px(ae + 0.02 * (ae - be), an + 0.02 * (an - bn)), px(ahE, ahN));
-    c.Line(px(be + 0.02 * (be - ae), bn + 0.02 * (bn - an)), px(bhE, bhN));
-    light(px(ahE, ahN), RgbOf(Green));
-    light(px(bhE, bhN), RgbOf(Red));
-    // The quay at the head of the bay.
-    double qe = 0.80 * std::cos(kBayAngle), qn = 0.80 * std::sin(kBayAngle);
+    c.Line(Px(ae + 0.02 * (ae - be), an + 0.02 * (an - bn)), Px(ahE, ahN));
+    c.Line(Px(be + 0.02 * (be - ae), bn + 0.02 * (bn - an)), Px(bhE, bhN));
+    Light(Px(ahE, ahN), RgbOf(Green));
+    Light(Px(bhE, bhN), RgbOf(Red));
+
+    Marks m;
+    m.northHead = Px(ahE, ahN);
+    m.southHead = Px(bhE, bhN);
+    m.quayE = 0.80 * std::cos(kBayAngle);
+    m.quayN = 0.80 * std::sin(kBayAngle);
     double te = -std::sin(kBayAngle) * 0.10, tn = std::cos(kBayAngle) * 0.10;
     c.SetPen({RgbOf(Black), std::max(2, int(2 * scale)), PenStyle::Solid});
-    c.Line(px(qe - te, qn - tn), px(qe + te, qn + tn));
+    c.Line(Px(m.quayE - te, m.quayN - tn), Px(m.quayE + te, m.quayN + tn));
 
-    // The lighthouse on the north point.
     double lt = kPi / 2 - 0.1;
     double le = (IslandRadius(lt) - 0.05) * std::cos(lt), ln = (IslandRadius(lt) - 0.05) * std::sin(lt);
-    ChartPoint lh = px(le, ln);
+    ChartPoint lh = Px(le, ln);
     c.SetPen({RgbOf(Black), 1, PenStyle::Solid});
     c.SetBrush({RgbOf(Black), BrushStyle::Solid});
     c.Polygon({{lh.x, lh.y - 7}, {lh.x + 4, lh.y + 4}, {lh.x - 4, lh.y + 4}});
-    light(lh, RgbOf(Magenta));
+    Light(lh, RgbOf(Magenta));
+    m.lighthouse = lh;
+    return m;
+}
 
-    int small = plan == 0 ? 8 : 12;
+void DemoChart::PlanPainter::Names(const Marks& m) {
     if (plan == 0) {
-        text(px(0.1, 0.15), "ILE OMBRA", 24, RgbOf(Black), true);
-        text({lh.x + 16, lh.y - 18}, "Fl(2)15s52m18M", 8, RgbOf(Magenta), false);
-        text(px(0.1, -0.25), "Port Ombra", 8, RgbOf(Black), true);
-        text(px(2.25, 2.1), "Ombra Reef", 8, RgbOf(Black), false);
-        text(px(-3.2, -2.0), "Sud Bank", 8, RgbOf(Black), true);
+        Text(Px(0.1, 0.15), "ILE OMBRA", 24, RgbOf(Black), true);
+        Text({m.lighthouse.x + 16, m.lighthouse.y - 18}, "Fl(2)15s52m18M", 8, RgbOf(Magenta), false);
+        Text(Px(0.1, -0.25), "Port Ombra", 8, RgbOf(Black), true);
+        Text(Px(2.25, 2.1), "Ombra Reef", 8, RgbOf(Black), false);
+        Text(Px(-3.2, -2.0), "Sud Bank", 8, RgbOf(Black), true);
     } else {
-        ChartPoint ah = px(ahE, ahN), bh = px(bhE, bhN);
-        text({ah.x + 20, ah.y - 30}, "Fl.G.3s", 12, RgbOf(Green), false);
-        text({bh.x + 20, bh.y - 30}, "Fl.R.3s", 12, RgbOf(Red), false);
-        text(px(qe - 0.05, qn + 0.09), "Quay", 12, RgbOf(Black), true);
-        text(px(0.25, -0.45), "PORT OMBRA", 16, RgbOf(Black), true);
+        Text({m.northHead.x + 20, m.northHead.y - 30}, "Fl.G.3s", 12, RgbOf(Green), false);
+        Text({m.southHead.x + 20, m.southHead.y - 30}, "Fl.R.3s", 12, RgbOf(Red), false);
+        Text(Px(m.quayE - 0.05, m.quayN + 0.09), "Quay", 12, RgbOf(Black), true);
+        Text(Px(0.25, -0.45), "PORT OMBRA", 16, RgbOf(Black), true);
     }
+}
 
-    // Soundings on a jittered grid, in open water only.
-    int step = plan == 0 ? 100 : 110;
-    int x0 = plan == 0 ? kMargin : insetX0_, y0 = plan == 0 ? kMargin : insetY0_;
-    int x1 = plan == 0 ? width_ - kMargin : insetX1_, y1 = plan == 0 ? height_ - kMargin : insetY1_;
+void DemoChart::PlanPainter::AtPixel(double x, double y, double& coast, double& depth) const {
+    double lat, lon, e, n;
+    chart.PlanPosition(f, x, y, lat, lon);
+    Local(lat, lon, e, n);
+    depth = DepthLocal(e, n, coast);
+}
+
+bool DemoChart::PlanPainter::Clear(const Rect& box, const Rect& area) const {
+    if (box.l < area.l || box.t < area.t || box.r > area.r || box.b > area.b) return false;
+    for (auto& b : blocked)
+        if (b.Hits(box)) return false;
+    for (int k = 0; k < 4; ++k) {
+        double coast, depth;
+        AtPixel(k % 2 ? box.r : box.l, k / 2 ? box.b : box.t, coast, depth);
+        if (coast < 0.03 || depth < 0) return false;
+    }
+    return true;
+}
+
+void DemoChart::PlanPainter::Soundings() {
+    const int small = plan == 0 ? 8 : 12;
+    const int step = plan == 0 ? 100 : 110;
+    const Rect area = plan == 0 ? Rect{kMargin, kMargin, chart.width_ - kMargin, chart.height_ - kMargin}
+                                : Rect{chart.insetX0_, chart.insetY0_, chart.insetX1_, chart.insetY1_};
     c.SetFont({"DejaVu Sans", small, false});
     int th = c.TextHeight();
-    for (int gy = y0 + step / 2; gy < y1 - th; gy += step)
-        for (int gx = x0 + step / 2; gx < x1 - 30; gx += step) {
+    for (int gy = area.t + step / 2; gy < area.b - th; gy += step)
+        for (int gx = area.l + step / 2; gx < area.r - 30; gx += step) {
             uint32_t hsh = Hash(uint32_t(gx) * 73856093u ^ uint32_t(gy) * 19349663u ^ uint32_t(plan));
             int sx = gx + int(hsh % 41) - 20, sy = gy + int((hsh >> 8) % 41) - 20;
-            double lat, lon, e, n;
-            PlanPosition(f, sx + 0.5, sy + 0.5, lat, lon);
-            Local(lat, lon, e, n);
-            if (CoastDistance(e, n) < 0.06) continue;
-            double d = DepthLocal(e, n);
-            if (d < 0.3) continue;
+            double coast, d;
+            AtPixel(sx + 0.5, sy + 0.5, coast, d);
+            if (coast < 0.06 || d < 0.3) continue;
             char buf[16];
             if (d < 10) std::snprintf(buf, sizeof buf, "%.1f", std::floor(d * 10) / 10);
             else std::snprintf(buf, sizeof buf, "%d", int(d));
             int w = c.TextWidth(buf);
             Rect box{sx - w / 2 - 2, sy - th / 2 - 2, sx + w / 2 + 2, sy + th / 2 + 2};
-            if (box.l < x0 || box.t < y0 || box.r > x1 || box.b > y1) continue;
-            bool clash = false;
-            for (auto& b : blocked) clash = clash || b.Hits(box);
-            // The box must lie on water: test its corners.
-            for (int k = 0; k < 4 && !clash; ++k) {
-                double cl, co, ce, cn;
-                PlanPosition(f, k % 2 ? box.r : box.l, k / 2 ? box.b : box.t, cl, co);
-                Local(cl, co, ce, cn);
-                clash = CoastDistance(ce, cn) < 0.03 || DepthLocal(ce, cn) < 0;
-            }
-            if (clash) continue;
-            text({sx, sy}, buf, small, RgbOf(Black), true);
+            if (Clear(box, area)) Text({sx, sy}, buf, small, RgbOf(Black), true);
         }
 }
 
-void DemoChart::PaintOverlay(Canvas& c) const {
-    const int mx1 = int(std::lround(main_.X0 + (main_.LonE - main_.LonW) * main_.PixPerLon));
-    const int my1 = height_ - kMargin;
-    // Main plan features, kept inside its neat line and off the inset.
-    c.SetClip({kMargin, kMargin, mx1, my1});
-    DrawPlanFeatures(c, main_, 0);
+void DemoChart::DrawPlanFeatures(Canvas& c, const PlanFrame& f, int plan) const {
+    PlanPainter p(*this, c, f, plan);
+    PlanPainter::Marks marks = p.HarbourWorks();
+    p.Names(marks);
+    p.Soundings();
+}
 
-    // Compass rose to the south-west.
-    {
-        double lat, lon, x = 0, y = 0;
-        FromLocal(-7.5, -5.8, lat, lon);
-        PlanPixel(main_, lat, lon, x, y);
-        ChartPoint o{int32_t(x), int32_t(y)};
-        c.SetBrush({0, BrushStyle::Null});
-        c.SetPen({RgbOf(Magenta), 2, PenStyle::Solid});
-        c.Ellipse({o.x - 110, o.y - 110, o.x + 111, o.y + 111});
-        c.SetPen({RgbOf(Magenta), 1, PenStyle::Solid});
-        c.Ellipse({o.x - 80, o.y - 80, o.x + 81, o.y + 81});
-        for (int deg = 0; deg < 360; deg += 5) {
-            double a = deg * kDeg;
-            int inner = deg % 30 == 0 ? 92 : deg % 10 == 0 ? 100 : 104;
-            c.Line({o.x + int32_t(std::lround(std::sin(a) * inner)), o.y - int32_t(std::lround(std::cos(a) * inner))},
-                   {o.x + int32_t(std::lround(std::sin(a) * 110)), o.y - int32_t(std::lround(std::cos(a) * 110))});
-        }
-        c.SetBrush({RgbOf(Magenta), BrushStyle::Solid});
-        c.Polygon({{o.x, o.y - 78}, {o.x + 9, o.y}, {o.x, o.y + 78}, {o.x - 9, o.y}});
-        c.Polygon({{o.x - 78, o.y}, {o.x, o.y - 9}, {o.x + 78, o.y}, {o.x, o.y + 9}});
-        c.SetFont({"DejaVu Sans", 8, false});
-        c.SetTextColour(RgbOf(Magenta));
-        c.Text({o.x - 2, o.y - 132}, "N");
-        c.Text({o.x - 70, o.y + 40}, "VAR 4 30'W 2024");
+void DemoChart::DrawCompassRose(Canvas& c) const {
+    double lat, lon, x = 0, y = 0;
+    FromLocal(-7.5, -5.8, lat, lon);
+    PlanPixel(main_, lat, lon, x, y);
+    ChartPoint o{int32_t(x), int32_t(y)};
+    c.SetBrush({0, BrushStyle::Null});
+    c.SetPen({RgbOf(Magenta), 2, PenStyle::Solid});
+    c.Ellipse({o.x - 110, o.y - 110, o.x + 111, o.y + 111});
+    c.SetPen({RgbOf(Magenta), 1, PenStyle::Solid});
+    c.Ellipse({o.x - 80, o.y - 80, o.x + 81, o.y + 81});
+    for (int deg = 0; deg < 360; deg += 5) {
+        double a = deg * kDeg;
+        int inner = deg % 30 == 0 ? 92 : deg % 10 == 0 ? 100 : 104;
+        c.Line({o.x + int32_t(std::lround(std::sin(a) * inner)), o.y - int32_t(std::lround(std::cos(a) * inner))},
+               {o.x + int32_t(std::lround(std::sin(a) * 110)), o.y - int32_t(std::lround(std::cos(a) * 110))});
     }
+    c.SetBrush({RgbOf(Magenta), BrushStyle::Solid});
+    c.Polygon({{o.x, o.y - 78}, {o.x + 9, o.y}, {o.x, o.y + 78}, {o.x - 9, o.y}});
+    c.Polygon({{o.x - 78, o.y}, {o.x, o.y - 9}, {o.x + 78, o.y}, {o.x, o.y + 9}});
+    c.SetFont({"DejaVu Sans", 8, false});
+    c.SetTextColour(RgbOf(Magenta));
+    c.Text({o.x - 2, o.y - 132}, "N");
+    c.Text({o.x - 70, o.y + 40}, "VAR 4 30'W 2024");
+}
 
-    // Title block.
-    {
-        int l = width_ - kMargin - 540, t = kMargin + 14;
-        c.SetPen({RgbOf(Black), 2, PenStyle::Solid});
-        c.SetBrush({RgbOf(Deep), BrushStyle::Solid});
-        c.Rectangle({l, t, l + 526, t + 166});
-        c.SetTextColour(RgbOf(Black));
-        c.SetFont({"DejaVu Sans", 16, false});
-        c.Text({l + 16, t + 14}, "ILE OMBRA AND APPROACHES");
-        c.SetFont({"DejaVu Sans", 8, false});
-        const char* lines[] = {"Invented chart for demonstrating the plotter", "NOT FOR NAVIGATION",
-                               "Depths and heights in metres, depths below LAT", "Mercator projection, WGS 84 datum",
-                               "Scale 1:50 000 at latitude 50 00'N", "Chart 4000   Edition 2024"};
-        for (int i = 0; i < 6; ++i) c.Text({l + 16, t + 50 + i * 18}, lines[i]);
-    }
-    c.ClearClip();
+void DemoChart::DrawTitleBlock(Canvas& c) const {
+    int l = width_ - kMargin - 540, t = kMargin + 14;
+    c.SetPen({RgbOf(Black), 2, PenStyle::Solid});
+    c.SetBrush({RgbOf(Deep), BrushStyle::Solid});
+    c.Rectangle({l, t, l + 526, t + 166});
+    c.SetTextColour(RgbOf(Black));
+    c.SetFont({"DejaVu Sans", 16, false});
+    c.Text({l + 16, t + 14}, "ILE OMBRA AND APPROACHES");
+    c.SetFont({"DejaVu Sans", 8, false});
+    const char* lines[] = {"Invented chart for demonstrating the plotter", "NOT FOR NAVIGATION",
+                           "Depths and heights in metres, depths below LAT", "Mercator projection, WGS 84 datum",
+                           "Scale 1:50 000 at latitude 50 00'N", "Chart 4000   Edition 2024"};
+    for (int i = 0; i < 6; ++i) c.Text({l + 16, t + 50 + i * 18}, lines[i]);
+}
 
-    // Inset: its features, then its frame and title.
-    c.SetClip({insetX0_, insetY0_, insetX1_, insetY1_});
-    DrawPlanFeatures(c, inset_, 1);
-    c.ClearClip();
+void DemoChart::DrawInsetFrame(Canvas& c) const {
     c.SetBrush({0, BrushStyle::Null});
     c.SetPen({RgbOf(Black), 3, PenStyle::Solid});
     c.Rectangle({insetX0_ - 1, insetY0_ - 1, insetX1_ + 1, insetY1_ + 1});
@@ -402,44 +454,73 @@ void DemoChart::PaintOverlay(Canvas& c) const {
     c.SetFont({"DejaVu Sans", 8, false});
     c.Text({insetX0_ + 10, insetY0_ + 8}, "A  PORT OMBRA");
     c.Text({insetX0_ + 10, insetY0_ + 24}, "Scale 1:12 500");
+}
 
-    // Neat line and graduated border, a tick a minute, labels every five.
-    c.SetBrush({0, BrushStyle::Null});
-    c.SetPen({RgbOf(Black), 2, PenStyle::Solid});
-    c.Rectangle({kMargin - 1, kMargin - 1, mx1 + 1, my1 + 1});
-    c.SetPen({RgbOf(Black), 1, PenStyle::Solid});
-    c.Rectangle({kMargin - 12, kMargin - 12, mx1 + 12, my1 + 12});
-    c.SetFont({"DejaVu Sans", 8, false});
-    c.SetTextColour(RgbOf(Black));
+// Ticks a minute of longitude along the top and bottom, labelled every five.
+void DemoChart::DrawLongitudeScale(Canvas& c, int bottom) const {
     for (int m = 0; m <= 40; ++m) {
         double lon = main_.LonW + m / 60.0, x = 0, y = 0;
         PlanPixel(main_, main_.LatN, lon, x, y);
         int xi = int(std::lround(x)), len = m % 5 == 0 ? 12 : 6;
         c.Line({xi, kMargin - len}, {xi, kMargin});
-        c.Line({xi, my1}, {xi, my1 + len});
+        c.Line({xi, bottom}, {xi, bottom + len});
         if (m % 5 == 0) {
             int total = int(std::lround(-lon * 60));
             char buf[32];
             std::snprintf(buf, sizeof buf, "%d\xC2\xB0%02d'W", total / 60, total % 60);
             int w = c.TextWidth(buf);
             c.Text({xi - w / 2, kMargin - 34}, buf);
-            c.Text({xi - w / 2, my1 + 18}, buf);
+            c.Text({xi - w / 2, bottom + 18}, buf);
         }
     }
+}
+
+// Ticks a minute of latitude along the left and right, labelled every five.
+void DemoChart::DrawLatitudeScale(Canvas& c, int right) const {
     for (int m = 0; m <= 20; ++m) {
         double lat = main_.LatS + m / 60.0, x = 0, y = 0;
         PlanPixel(main_, lat, main_.LonW, x, y);
         int yi = int(std::lround(y)), len = m % 5 == 0 ? 12 : 6;
         c.Line({kMargin - len, yi}, {kMargin, yi});
-        c.Line({mx1, yi}, {mx1 + len, yi});
+        c.Line({right, yi}, {right + len, yi});
         if (m % 5 == 0) {
             int total = int(std::lround(lat * 60));
             char buf[32];
             std::snprintf(buf, sizeof buf, "%d\xC2\xB0%02d'N", total / 60, total % 60);
             c.Text({2, yi - 20}, buf);
-            c.Text({mx1 + 14, yi - 20}, buf);
+            c.Text({right + 14, yi - 20}, buf);
         }
     }
+}
+
+void DemoChart::DrawBorder(Canvas& c) const {
+    const int right = MainRight(), bottom = height_ - kMargin;
+    c.SetBrush({0, BrushStyle::Null});
+    c.SetPen({RgbOf(Black), 2, PenStyle::Solid});
+    c.Rectangle({kMargin - 1, kMargin - 1, right + 1, bottom + 1});
+    c.SetPen({RgbOf(Black), 1, PenStyle::Solid});
+    c.Rectangle({kMargin - 12, kMargin - 12, right + 12, bottom + 12});
+    c.SetFont({"DejaVu Sans", 8, false});
+    c.SetTextColour(RgbOf(Black));
+    DrawLongitudeScale(c, bottom);
+    DrawLatitudeScale(c, right);
+}
+
+void DemoChart::PaintOverlay(Canvas& c) const {
+    // Main plan features, kept inside its neat line and off the inset.
+    c.SetClip({kMargin, kMargin, MainRight(), height_ - kMargin});
+    DrawPlanFeatures(c, main_, 0);
+    DrawCompassRose(c);
+    DrawTitleBlock(c);
+    c.ClearClip();
+
+    // Inset: its features, then its frame and title.
+    c.SetClip({insetX0_, insetY0_, insetX1_, insetY1_});
+    DrawPlanFeatures(c, inset_, 1);
+    c.ClearClip();
+    DrawInsetFrame(c);
+
+    DrawBorder(c);
 }
 
 bool DemoChart::ToIndexed(const Image& img, IndexedChartImage& out, std::string& error) const {

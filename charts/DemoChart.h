@@ -64,6 +64,17 @@ private:
     void PlanPosition(const PlanFrame& f, double x, double y, double& lat, double& lon) const;
     void PaintRegion(Image& image, const PlanFrame& f, int x0, int y0, int x1, int y1) const;
     void DrawPlanFeatures(Canvas& c, const PlanFrame& f, int plan) const;
+    // One plan's features; defined with the drawing.
+    struct PlanPainter;
+    // The right edge of the main plan's neat line, in pixels.
+    int MainRight() const;
+    void DrawCompassRose(Canvas& c) const;
+    void DrawTitleBlock(Canvas& c) const;
+    void DrawInsetFrame(Canvas& c) const;
+    // The neat line and the border graduated in minutes of longitude and latitude.
+    void DrawBorder(Canvas& c) const;
+    void DrawLongitudeScale(Canvas& c, int bottom) const;
+    void DrawLatitudeScale(Canvas& c, int right) const;
 
     int width_ = 0, height_ = 0;
     PlanFrame main_{}, inset_{};

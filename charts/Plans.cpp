@@ -5,19 +5,10 @@
 #include "charts/ChartHeader.h"
 #include "core/ErrorReport.h"
 #include "core/Format.h"
-#include "core/Rounding.h"
 #include "core/Val.h"
 #include "platform/api/ChartLibrary.h"
 
 namespace ombra {
-
-namespace {
-int16_t Int16Of(std::string_view s) {
-    double v = Val(s);
-    if (!(v >= -32768.5 && v <= 32767.5)) return 0;
-    return int16_t(RoundEven(v));
-}
-}  // namespace
 
 void ParsePlanRecord(std::string_view record, ChartPlan& p) {
     size_t e = record.find_first_of("\r\n");

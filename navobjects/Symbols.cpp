@@ -130,94 +130,119 @@ void Cardinal(Cell& s, bool topUp, bool bottomUp, uint32_t ink) {
     else s.Tri(3, 5, 11, 5, 7, 9, ink);
 }
 
+// The colours one strip draws with: the active strip draws its own marks
+// in kActive, and its red and green ones too.
+struct Inks {
+    uint32_t ink, light, red, green;
+};
+
+using Art = void (*)(Cell& s, const Inks& k);
+
+void Anchor(Cell& s, const Inks& k) {
+    s.Ring(1.5, k.ink, 7, 2); s.Line(7, 4, 7, 13, k.ink); s.Line(4, 6, 10, 6, k.ink);
+    s.Line(2, 10, 5, 13, k.ink); s.Line(5, 13, 9, 13, k.ink); s.Line(9, 13, 12, 10, k.ink);
+    s.Px(2, 9, k.ink); s.Px(12, 9, k.ink);
+}
+
+// Twelve dots on an ellipse of radii rx, ry round the centre.
+void DottedRing(Cell& s, double rx, double ry, uint32_t c) {
+    for (int i = 0; i < 12; ++i) {
+        double a = i * 3.14159265358979 / 6;
+        s.Px(int(std::lround(7 + rx * std::cos(a))), int(std::lround(7 + ry * std::sin(a))), c);
+    }
+}
+
+void SafeWater(Cell& s, const Inks& k) {
+    s.Disc(5.5, kWhite);
+    for (int x = 2; x <= 12; x += 4)
+        for (int y = 0; y < 16; ++y)
+            if (std::hypot(x - 7, y - 7) <= 5.7) { s.Px(x, y, kRed); s.Px(x + 1, y, kRed); }
+    s.Ring(6, k.ink);
+}
+
+void Fish(Cell& s, const Inks& k) {
+    for (int y = 0; y < 16; ++y)
+        for (int x = 0; x < 16; ++x)
+            if (std::pow((x - 6) / 5.0, 2) + std::pow((y - 7) / 3.0, 2) <= 1.0) s.Px(x, y, k.ink);
+    s.Tri(10, 7, 14, 3, 14, 11, k.ink); s.Px(3, 6, kWhite);
+}
+
+void ManOverboard(Cell& s, const Inks& k) {
+    s.Ring(6, kRed); s.Ring(5, kWhite); s.Ring(4.2, kRed);
+    s.Disc(1.2, k.ink, 7, 4); s.Line(7, 5, 7, 9, k.ink); s.Line(4, 6, 10, 6, k.ink);
+    s.Line(7, 9, 5, 12, k.ink); s.Line(7, 9, 9, 12, k.ink);
+}
+
+// The art of each symbol, by its number (kSymbolNames has the names).
+const Art kArt[kSymbolCount] = {
+    [](Cell& s, const Inks& k) { s.Ring(5.5, k.ink); s.Ring(4.5, k.ink); },
+    [](Cell& s, const Inks& k) { s.Box(2, 2, 12, 12, k.ink); s.Box(3, 3, 11, 11, k.ink); },
+    [](Cell& s, const Inks& k) {  // estimated position: a triangle round a dot
+        s.Line(7, 1, 1, 12, k.ink); s.Line(1, 12, 13, 12, k.ink); s.Line(13, 12, 7, 1, k.ink); s.Fill(6, 7, 8, 9, k.ink);
+    },
+    Anchor,
+    [](Cell& s, const Inks& k) {  // marina: a yacht
+        s.Tri(7, 1, 7, 10, 12, 10, k.ink); s.Tri(6, 3, 6, 10, 2, 10, k.ink);
+        s.Line(1, 12, 13, 12, k.ink); s.Line(2, 13, 12, 13, k.ink);
+    },
+    [](Cell& s, const Inks& k) {  // danger: a dotted ring round a cross
+        DottedRing(s, 6, 6, k.ink);
+        s.Line(4, 7, 10, 7, k.ink); s.Line(7, 4, 7, 10, k.ink);
+    },
+    [](Cell& s, const Inks& k) {  // dangerous wreck: hull and masts in a dotted ring
+        DottedRing(s, 6.5, 5, k.ink);
+        s.Line(2, 7, 12, 7, k.ink); s.Line(5, 5, 5, 9, k.ink); s.Line(7, 4, 7, 10, k.ink); s.Line(9, 5, 9, 9, k.ink);
+    },
+    [](Cell& s, const Inks& k) { Cardinal(s, true, true, k.ink); },
+    [](Cell& s, const Inks& k) { Cardinal(s, true, false, k.ink); },
+    [](Cell& s, const Inks& k) { Cardinal(s, false, false, k.ink); },
+    [](Cell& s, const Inks& k) { Cardinal(s, false, true, k.ink); },
+    [](Cell& s, const Inks& k) {  // light flare towards the north-east
+        s.Tri(7, 7, 14, 1, 11, 0, k.light); s.Tri(7, 7, 15, 3, 14, 1, k.light); s.Disc(1.5, k.ink);
+    },
+    [](Cell& s, const Inks& k) { s.Tri(7, 7, 0, 13, 3, 14, k.light); s.Tri(7, 7, 0, 13, 1, 11, k.light); s.Disc(1.5, k.ink); },
+    [](Cell& s, const Inks& k) {  // light float: hull and flare
+        s.Fill(2, 10, 12, 12, k.ink); s.Line(7, 10, 7, 5, k.ink); s.Tri(7, 5, 13, 0, 10, 0, k.light);
+    },
+    [](Cell& s, const Inks& k) { s.Fill(5, 2, 9, 13, k.red); s.Line(3, 14, 11, 14, k.ink); },
+    [](Cell& s, const Inks& k) { s.Fill(5, 2, 9, 13, k.green); s.Line(3, 14, 11, 14, k.ink); },
+    SafeWater,
+    [](Cell& s, const Inks& k) { s.Disc(5.5, kYellow); s.Ring(6, k.ink); },
+    Fish,
+    [](Cell& s, const Inks& k) {  // scuba diving: the blue and white flag
+        s.Fill(1, 3, 6, 12, kWhite); s.Tri(7, 3, 14, 3, 10, 7, kBlue); s.Tri(7, 12, 14, 12, 10, 8, kBlue);
+        s.Fill(7, 3, 9, 12, kBlue); s.Box(1, 3, 14, 12, k.ink);
+    },
+    [](Cell& s, const Inks& k) {  // diver down: red with a white diagonal
+        s.Fill(1, 2, 13, 12, kRed); s.Thick(1, 2, 12, 12, kWhite); s.Box(1, 2, 13, 12, k.ink);
+    },
+    [](Cell& s, const Inks& k) { s.Fill(4, 3, 10, 12, k.red); s.Box(4, 3, 10, 12, k.ink); },
+    [](Cell& s, const Inks& k) { s.Tri(7, 1, 2, 12, 12, 12, k.green); s.Line(2, 13, 12, 13, k.ink); },
+    [](Cell& s, const Inks& k) { s.Disc(2.2, k.ink); },
+    [](Cell& s, const Inks& k) { s.Disc(5.5, k.red); },
+    [](Cell& s, const Inks& k) { s.Fill(2, 2, 12, 12, k.red); },
+    [](Cell& s, const Inks& k) { s.Thick(2, 2, 11, 11, k.red); s.Thick(2, 12, 11, 3, k.red); },
+    [](Cell& s, const Inks& k) { s.Arrow(0, k.ink); },
+    [](Cell& s, const Inks& k) { s.Arrow(45, k.ink); },
+    [](Cell& s, const Inks& k) { s.Arrow(90, k.ink); },
+    [](Cell& s, const Inks& k) { s.Arrow(135, k.ink); },
+    [](Cell& s, const Inks& k) { s.Arrow(180, k.ink); },
+    [](Cell& s, const Inks& k) { s.Arrow(225, k.ink); },
+    [](Cell& s, const Inks& k) { s.Arrow(270, k.ink); },
+    [](Cell& s, const Inks& k) { s.Arrow(315, k.ink); },
+    [](Cell& s, const Inks& k) {  // alter course: a bent arrow
+        s.Thick(3, 14, 3, 6, k.ink); s.Thick(3, 6, 10, 6, k.ink); s.Tri(14, 6, 10, 2, 10, 10, k.ink);
+    },
+    ManOverboard,
+};
+
 }  // namespace
 
 Image SymbolArt(int icon, bool active) {
     Cell s;
-    const uint32_t ink = active ? kActive : kBlack;
-    const uint32_t light = active ? kActive : kMagenta;
-    switch (icon) {
-        case 0: s.Ring(5.5, ink); s.Ring(4.5, ink); break;
-        case 1: s.Box(2, 2, 12, 12, ink); s.Box(3, 3, 11, 11, ink); break;
-        case 2: s.Line(7, 1, 1, 12, ink); s.Line(1, 12, 13, 12, ink); s.Line(13, 12, 7, 1, ink); s.Fill(6, 7, 8, 9, ink); break;
-        case 3:  // anchor
-            s.Ring(1.5, ink, 7, 2); s.Line(7, 4, 7, 13, ink); s.Line(4, 6, 10, 6, ink);
-            s.Line(2, 10, 5, 13, ink); s.Line(5, 13, 9, 13, ink); s.Line(9, 13, 12, 10, ink);
-            s.Px(2, 9, ink); s.Px(12, 9, ink);
-            break;
-        case 4:  // marina: a yacht
-            s.Tri(7, 1, 7, 10, 12, 10, ink); s.Tri(6, 3, 6, 10, 2, 10, ink);
-            s.Line(1, 12, 13, 12, ink); s.Line(2, 13, 12, 13, ink);
-            break;
-        case 5:  // danger: a dotted ring round a cross
-            for (int k = 0; k < 12; ++k) {
-                double a = k * 3.14159265358979 / 6;
-                s.Px(int(std::lround(7 + 6 * std::cos(a))), int(std::lround(7 + 6 * std::sin(a))), ink);
-            }
-            s.Line(4, 7, 10, 7, ink); s.Line(7, 4, 7, 10, ink);
-            break;
-        case 6:  // dangerous wreck: hull and masts in a dotted ring
-            for (int k = 0; k < 12; ++k) {
-                double a = k * 3.14159265358979 / 6;
-                s.Px(int(std::lround(7 + 6.5 * std::cos(a))), int(std::lround(7 + 5 * std::sin(a))), ink);
-            }
-            s.Line(2, 7, 12, 7, ink); s.Line(5, 5, 5, 9, ink); s.Line(7, 4, 7, 10, ink); s.Line(9, 5, 9, 9, ink);
-            break;
-        case 7: Cardinal(s, true, true, ink); break;
-        case 8: Cardinal(s, true, false, ink); break;
-        case 9: Cardinal(s, false, false, ink); break;
-        case 10: Cardinal(s, false, true, ink); break;
-        case 11:  // light flare towards the north-east
-            s.Tri(7, 7, 14, 1, 11, 0, light); s.Tri(7, 7, 15, 3, 14, 1, light); s.Disc(1.5, ink); break;
-        case 12:
-            s.Tri(7, 7, 0, 13, 3, 14, light); s.Tri(7, 7, 0, 13, 1, 11, light); s.Disc(1.5, ink); break;
-        case 13:  // light float: hull and flare
-            s.Fill(2, 10, 12, 12, ink); s.Line(7, 10, 7, 5, ink); s.Tri(7, 5, 13, 0, 10, 0, light); break;
-        case 14: s.Fill(5, 2, 9, 13, active ? kActive : kRed); s.Line(3, 14, 11, 14, ink); break;
-        case 15: s.Fill(5, 2, 9, 13, active ? kActive : kGreen); s.Line(3, 14, 11, 14, ink); break;
-        case 16:  // safe water: red and white stripes
-            s.Disc(5.5, kWhite);
-            for (int x = 2; x <= 12; x += 4)
-                for (int y = 0; y < 16; ++y)
-                    if (std::hypot(x - 7, y - 7) <= 5.7) { s.Px(x, y, kRed); s.Px(x + 1, y, kRed); }
-            s.Ring(6, ink);
-            break;
-        case 17: s.Disc(5.5, kYellow); s.Ring(6, ink); break;
-        case 18:  // fishing ground: a fish
-            for (int y = 0; y < 16; ++y)
-                for (int x = 0; x < 16; ++x)
-                    if (std::pow((x - 6) / 5.0, 2) + std::pow((y - 7) / 3.0, 2) <= 1.0) s.Px(x, y, ink);
-            s.Tri(10, 7, 14, 3, 14, 11, ink); s.Px(3, 6, kWhite);
-            break;
-        case 19:  // scuba diving: the blue and white flag
-            s.Fill(1, 3, 6, 12, kWhite); s.Tri(7, 3, 14, 3, 10, 7, kBlue); s.Tri(7, 12, 14, 12, 10, 8, kBlue);
-            s.Fill(7, 3, 9, 12, kBlue); s.Box(1, 3, 14, 12, ink);
-            break;
-        case 20:  // diver down: red with a white diagonal
-            s.Fill(1, 2, 13, 12, kRed); s.Thick(1, 2, 12, 12, kWhite); s.Box(1, 2, 13, 12, ink); break;
-        case 21: s.Fill(4, 3, 10, 12, active ? kActive : kRed); s.Box(4, 3, 10, 12, ink); break;
-        case 22: s.Tri(7, 1, 2, 12, 12, 12, active ? kActive : kGreen); s.Line(2, 13, 12, 13, ink); break;
-        case 23: s.Disc(2.2, ink); break;
-        case 24: s.Disc(5.5, active ? kActive : kRed); break;
-        case 25: s.Fill(2, 2, 12, 12, active ? kActive : kRed); break;
-        case 26: s.Thick(2, 2, 11, 11, active ? kActive : kRed); s.Thick(2, 12, 11, 3, active ? kActive : kRed); break;
-        case 27: s.Arrow(0, ink); break;
-        case 28: s.Arrow(45, ink); break;
-        case 29: s.Arrow(90, ink); break;
-        case 30: s.Arrow(135, ink); break;
-        case 31: s.Arrow(180, ink); break;
-        case 32: s.Arrow(225, ink); break;
-        case 33: s.Arrow(270, ink); break;
-        case 34: s.Arrow(315, ink); break;
-        case 35:  // alter course: a bent arrow
-            s.Thick(3, 14, 3, 6, ink); s.Thick(3, 6, 10, 6, ink); s.Tri(14, 6, 10, 2, 10, 10, ink); break;
-        case 36:  // man overboard: a red ring buoy with a figure
-            s.Ring(6, kRed); s.Ring(5, kWhite); s.Ring(4.2, kRed);
-            s.Disc(1.2, ink, 7, 4); s.Line(7, 5, 7, 9, ink); s.Line(4, 6, 10, 6, ink);
-            s.Line(7, 9, 5, 12, ink); s.Line(7, 9, 9, 12, ink);
-            break;
-        default: break;
-    }
+    const Inks inks{active ? kActive : kBlack, active ? kActive : kMagenta, active ? kActive : kRed,
+                    active ? kActive : kGreen};
+    if (icon >= 0 && icon < kSymbolCount) kArt[icon](s, inks);
     // The active strip glows, so the destination stands out from its kin.
     s.Outline(active ? kHalo : kWhite);
     return s.img;

@@ -54,13 +54,26 @@ bool ParseArgs(const CliArgs& args, std::string& input, bool& verbose, std::ostr
     return true;
 }
 
-int RunAis(const CliArgs& args, std::ostream& out, std::ostream& err) {
-    std::string input;
+// The command's input: FILE or standard input, and the -v flag.
+struct Input {
+    std::string name;
     bool verbose = false;
-    if (!ParseArgs(args, input, verbose, err, "ais [-v] FILE|-")) return 2;
     std::ifstream file;
     std::istream* in = nullptr;
-    if (!OpenInput(input, file, in, err)) return 1;
+};
+
+// Reads the arguments and opens the input: 0, or the exit status (2 with
+// the usage line for bad arguments, 1 when the file cannot be read).
+int OpenArgs(const CliArgs& args, const char* usage, Input& input, std::ostream& err) {
+    if (!ParseArgs(args, input.name, input.verbose, err, usage)) return 2;
+    return OpenInput(input.name, input.file, input.in, err) ? 0 : 1;
+}
+
+int RunAis(const CliArgs& args, std::ostream& out, std::ostream& err) {
+    Input input;
+    if (int status = OpenArgs(args, "ais [-v] FILE|-", input, err)) return status;
+    std::istream* in = input.in;
+    const bool verbose = input.verbose;
 
     AisJsonStream stream;
     std::string line, json;
@@ -71,7 +84,7 @@ int RunAis(const CliArgs& args, std::ostream& out, std::ostream& err) {
         stream.Feed(line, json);
         out << json;
         if (verbose && !stream.LastProblem().empty())
-            err << input << ":" << lineNo << ": " << stream.LastProblem() << "\n";
+            err << input.name << ":" << lineNo << ": " << stream.LastProblem() << "\n";
     }
     if (verbose) {
         const auto& c = stream.counts();
@@ -83,12 +96,9 @@ int RunAis(const CliArgs& args, std::ostream& out, std::ostream& err) {
 
 // The table as the console shows it, one target a block.
 int RunAisTargets(const CliArgs& args, std::ostream& out, std::ostream& err) {
-    std::string input;
-    bool verbose = false;
-    if (!ParseArgs(args, input, verbose, err, "ais-targets FILE|-")) return 2;
-    std::ifstream file;
-    std::istream* in = nullptr;
-    if (!OpenInput(input, file, in, err)) return 1;
+    Input input;
+    if (int status = OpenArgs(args, "ais-targets FILE|-", input, err)) return status;
+    std::istream* in = input.in;
 
     ManualClock clock;  // a log has no clock of its own: every line is heard "now"
     AisDecoder ais(clock);

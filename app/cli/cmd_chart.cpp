@@ -127,93 +127,130 @@ bool Number(const std::string& s, double& v) {
     return std::isfinite(v);
 }
 
+// The options, one row each. `values` must follow the option; the reader
+// gets them from args[first] on, may take more (raising `used`), and false
+// refuses them with "wants". When the values are short the message is
+// "needs N values", followed by "wants" for the rows marked so.
+using OptionReader = bool (*)(const CliArgs& args, size_t first, Options& o, size_t& used);
+
+struct OptionRow {
+    std::string_view name;
+    size_t values;
+    const char* wants;
+    bool wantsWhenShort;
+    OptionReader read;
+};
+
+// A number within [lo, hi].
+bool NumberIn(const std::string& s, double lo, double hi, double& v) { return Number(s, v) && v >= lo && v <= hi; }
+
+bool ReadCentre(const CliArgs& a, size_t i, Options& o, size_t&) {
+    double la, lo;
+    if (!Number(a[i], la) || !Number(a[i + 1], lo) || std::fabs(la) > 90 || std::fabs(lo) > 180) return false;
+    o.centreLat = la;
+    o.centreLon = lo;
+    o.hasCentre = true;
+    return true;
+}
+
+// LAT LON HEADING, then SOG and COG when two numbers follow (COG is the
+// heading without them).
+bool ReadVessel(const CliArgs& a, size_t i, Options& o, size_t& used) {
+    if (!Number(a[i], o.vLat) || !Number(a[i + 1], o.vLon) || !Number(a[i + 2], o.vHeading)) return false;
+    o.hasVessel = true;
+    o.vCog = o.vHeading;
+    if (i + 4 < a.size() && Number(a[i + 3], o.vSog) && Number(a[i + 4], o.vCog)) used += 2;
+    return true;
+}
+
+const OptionRow kOptions[] = {
+    {"--root", 1, "", false, [](const CliArgs& a, size_t i, Options& o, size_t&) {
+         o.root = a[i];
+         return true;
+     }},
+    {"--date", 1, "--date wants YYYYMMDD", false, [](const CliArgs& a, size_t i, Options& o, size_t&) {
+         o.date = a[i];
+         return o.date.size() == 8 && IsNumeric(o.date);
+     }},
+    {"--out", 1, "", false, [](const CliArgs& a, size_t i, Options& o, size_t&) {
+         o.out = a[i];
+         return true;
+     }},
+    {"--plan", 1, "--plan wants a plan number", true, [](const CliArgs& a, size_t i, Options& o, size_t&) {
+         double v;
+         if (!NumberIn(a[i], 0, 99, v)) return false;
+         o.plan = int(v);
+         o.hasPlan = true;
+         return true;
+     }},
+    {"--centre", 2, "--centre wants LAT LON in degrees", true, ReadCentre},
+    {"--center", 2, "--centre wants LAT LON in degrees", true, ReadCentre},
+    {"--size", 1, "--size wants WxH, each 1 to 8000", false, [](const CliArgs& a, size_t i, Options& o, size_t&) {
+         int w = 0, h = 0;
+         char x = 0;
+         if (std::sscanf(a[i].c_str(), "%d%c%d", &w, &x, &h) != 3 || (x != 'x' && x != 'X') || w <= 0 || h <= 0 || w > 8000 ||
+             h > 8000)
+             return false;
+         o.width = w;
+         o.height = h;
+         return true;
+     }},
+    {"--pixel-size", 1, "--pixel-size wants 16 to 1024", true, [](const CliArgs& a, size_t i, Options& o, size_t&) {
+         double v;
+         if (!NumberIn(a[i], 16, 1024, v)) return false;
+         o.pixelSize = int(v);
+         return true;
+     }},
+    {"--palette", 1, "--palette wants 0, 1 or 2", true, [](const CliArgs& a, size_t i, Options& o, size_t&) {
+         double v;
+         if (!NumberIn(a[i], 0, 2, v)) return false;
+         o.palette = int(v);
+         return true;
+     }},
+    {"--vessel", 3, "--vessel wants LAT LON HEADING [SOG COG]", true, ReadVessel},
+    {"--predictor", 1, "--predictor wants minutes", true, [](const CliArgs& a, size_t i, Options& o, size_t&) {
+         if (!Number(a[i], o.predictorMinutes)) return false;
+         o.predictor = true;
+         return true;
+     }},
+    {"--exact", 0, "", false, [](const CliArgs&, size_t, Options& o, size_t&) {
+         o.exact = true;
+         return true;
+     }},
+    {"--lores", 0, "", false, [](const CliArgs&, size_t, Options& o, size_t&) {
+         o.lores = true;
+         return true;
+     }},
+};
+
+const OptionRow* FindOption(const std::string& name) {
+    for (const OptionRow& row : kOptions)
+        if (row.name == name) return &row;
+    return nullptr;
+}
+
+// Reads the option at args[i] and its values; `i` moves to the last value taken.
+bool ReadOption(const OptionRow& row, const CliArgs& args, size_t& i, Options& o, std::ostream& err) {
+    const std::string& name = args[i];
+    if (i + row.values >= args.size()) {
+        err << "ombra-cli chart: " << name << " needs " << row.values << " value" << (row.values > 1 ? "s" : "") << "\n";
+        if (row.wantsWhenShort) err << "ombra-cli chart: " << row.wants << "\n";
+        return false;
+    }
+    size_t used = row.values;
+    if (!row.read(args, i + 1, o, used)) {
+        err << "ombra-cli chart: " << row.wants << "\n";
+        return false;
+    }
+    i += used;
+    return true;
+}
+
 bool ParseOptions(const CliArgs& args, Options& o, std::ostream& err) {
     for (size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
-        auto need = [&](size_t n) {
-            if (i + n >= args.size()) {
-                err << "ombra-cli chart: " << a << " needs " << n << " value" << (n > 1 ? "s" : "") << "\n";
-                return false;
-            }
-            return true;
-        };
-        double v;
-        if (a == "--root") {
-            if (!need(1)) return false;
-            o.root = args[++i];
-        } else if (a == "--date") {
-            if (!need(1)) return false;
-            o.date = args[++i];
-            if (o.date.size() != 8 || !IsNumeric(o.date)) {
-                err << "ombra-cli chart: --date wants YYYYMMDD\n";
-                return false;
-            }
-        } else if (a == "--out") {
-            if (!need(1)) return false;
-            o.out = args[++i];
-        } else if (a == "--plan") {
-            if (!need(1) || !Number(args[i + 1], v) || v < 0 || v > 99) {
-                err << "ombra-cli chart: --plan wants a plan number\n";
-                return false;
-            }
-            o.plan = int(v);
-            o.hasPlan = true;
-            ++i;
-        } else if (a == "--centre" || a == "--center") {
-            double la, lo;
-            if (!need(2) || !Number(args[i + 1], la) || !Number(args[i + 2], lo) || std::fabs(la) > 90 || std::fabs(lo) > 180) {
-                err << "ombra-cli chart: --centre wants LAT LON in degrees\n";
-                return false;
-            }
-            o.centreLat = la;
-            o.centreLon = lo;
-            o.hasCentre = true;
-            i += 2;
-        } else if (a == "--size") {
-            if (!need(1)) return false;
-            int w = 0, h = 0;
-            char x = 0;
-            if (std::sscanf(args[++i].c_str(), "%d%c%d", &w, &x, &h) != 3 || (x != 'x' && x != 'X') || w <= 0 || h <= 0 ||
-                w > 8000 || h > 8000) {
-                err << "ombra-cli chart: --size wants WxH, each 1 to 8000\n";
-                return false;
-            }
-            o.width = w;
-            o.height = h;
-        } else if (a == "--pixel-size") {
-            if (!need(1) || !Number(args[i + 1], v) || v < 16 || v > 1024) {
-                err << "ombra-cli chart: --pixel-size wants 16 to 1024\n";
-                return false;
-            }
-            o.pixelSize = int(v);
-            ++i;
-        } else if (a == "--palette") {
-            if (!need(1) || !Number(args[i + 1], v) || v < 0 || v > 2) {
-                err << "ombra-cli chart: --palette wants 0, 1 or 2\n";
-                return false;
-            }
-            o.palette = int(v);
-            ++i;
-        } else if (a == "--vessel") {
-            if (!need(3) || !Number(args[i + 1], o.vLat) || !Number(args[i + 2], o.vLon) || !Number(args[i + 3], o.vHeading)) {
-                err << "ombra-cli chart: --vessel wants LAT LON HEADING [SOG COG]\n";
-                return false;
-            }
-            o.hasVessel = true;
-            i += 3;
-            o.vCog = o.vHeading;
-            if (i + 2 < args.size() && Number(args[i + 1], o.vSog) && Number(args[i + 2], o.vCog)) i += 2;
-        } else if (a == "--predictor") {
-            if (!need(1) || !Number(args[i + 1], o.predictorMinutes)) {
-                err << "ombra-cli chart: --predictor wants minutes\n";
-                return false;
-            }
-            o.predictor = true;
-            ++i;
-        } else if (a == "--exact") {
-            o.exact = true;
-        } else if (a == "--lores") {
-            o.lores = true;
+        if (const OptionRow* row = FindOption(a)) {
+            if (!ReadOption(*row, args, i, o, err)) return false;
         } else if (a.size() > 2 && a.rfind("--", 0) == 0) {
             err << "ombra-cli chart: unknown option " << a << "\n";
             return false;
@@ -251,6 +288,18 @@ bool OpenForQuery(chartlib::OmbraChartLibrary& lib, const std::string& root, con
     return true;
 }
 
+// The engine, the catalogue and the installer for one command; messages
+// go to stderr.
+struct InstallKit {
+    explicit InstallKit(std::ostream& err)
+        : dialogs(err), errors(dialogs, kProduct), cat(dialogs, errors, kProduct), installer(lib, cat) {}
+    CliDialogs dialogs;
+    ErrorReporter errors;
+    chartlib::OmbraChartLibrary lib;
+    ChartCat cat;
+    ChartInstaller installer;
+};
+
 class FixedVessel : public VesselSource {
 public:
     VesselView v;
@@ -265,14 +314,10 @@ int Install(Options& o, std::ostream& out, std::ostream& err) {
         err << "usage: ombra-cli chart install FILE.KAP... [--root DIR] [--date YYYYMMDD]\n";
         return kUsage;
     }
-    CliDialogs dialogs(err);
-    ErrorReporter errors(dialogs, kProduct);
-    chartlib::OmbraChartLibrary lib;
-    ChartCat cat(dialogs, errors, kProduct);
-    ChartInstaller installer(lib, cat);
+    InstallKit kit(err);
     int failures = 0;
     for (const std::string& kap : o.positional) {
-        InstallResult r = installer.InstallKap(o.root, kap, o.date);
+        InstallResult r = kit.installer.InstallKap(o.root, kap, o.date);
         if (r.Ok) out << r.Number << "\n";
         else {
             err << r.Message << "\n";
@@ -287,13 +332,9 @@ int Remove(Options& o, std::ostream& out, std::ostream& err) {
         err << "usage: ombra-cli chart remove NUMBER [--root DIR]\n";
         return kUsage;
     }
-    CliDialogs dialogs(err);
-    ErrorReporter errors(dialogs, kProduct);
-    chartlib::OmbraChartLibrary lib;
-    ChartCat cat(dialogs, errors, kProduct);
-    ChartInstaller installer(lib, cat);
+    InstallKit kit(err);
     std::string message;
-    if (!installer.RemoveChart(o.root, o.positional[0], message)) {
+    if (!kit.installer.RemoveChart(o.root, o.positional[0], message)) {
         err << message << "\n";
         return 1;
     }
@@ -302,12 +343,8 @@ int Remove(Options& o, std::ostream& out, std::ostream& err) {
 }
 
 int List(Options& o, std::ostream& out, std::ostream& err) {
-    CliDialogs dialogs(err);
-    ErrorReporter errors(dialogs, kProduct);
-    chartlib::OmbraChartLibrary lib;
-    ChartCat cat(dialogs, errors, kProduct);
-    ChartInstaller installer(lib, cat);
-    for (const InstalledChart& c : installer.ListCharts(o.root))
+    InstallKit kit(err);
+    for (const InstalledChart& c : kit.installer.ListCharts(o.root))
         out << std::left << std::setw(9) << c.Number << std::setw(11) << ("1:" + c.Scale) << c.PlanCount + 1 << " plan"
             << (c.PlanCount ? "s " : "  ") << c.Title << (c.FilesPresent ? "" : "  (files missing)") << "\n";
     return 0;
@@ -350,43 +387,49 @@ int Info(Options& o, std::ostream& out, std::ostream& err) {
     return 0;
 }
 
-int Pixel(Options& o, std::ostream& out, std::ostream& err) {
-    double plan, lat, lon;
-    if (o.positional.size() != 4 || !Number(o.positional[1], plan) || !Number(o.positional[2], lat) ||
-        !Number(o.positional[3], lon)) {
-        err << "usage: ombra-cli chart pixel NUMBER PLAN LAT LON [--exact] [--root DIR]\n";
+// "pixel" and "position": NUMBER PLAN A B, the chart opened, then `answer`
+// maps (A, B) on the plan and prints it, or returns false when it cannot.
+using PlanQuery = bool (*)(chartlib::OmbraChartLibrary& lib, const Options& o, int16_t plan, double a, double b,
+                           std::ostream& out);
+
+int RunPlanQuery(Options& o, const char* usage, const char* what, PlanQuery answer, std::ostream& out, std::ostream& err) {
+    double plan, a, b;
+    if (o.positional.size() != 4 || !Number(o.positional[1], plan) || !Number(o.positional[2], a) ||
+        !Number(o.positional[3], b)) {
+        err << "usage: ombra-cli chart " << usage << "\n";
         return kUsage;
     }
     chartlib::OmbraChartLibrary lib;
     ChartHeader h;
     if (!OpenForQuery(lib, o.root, o.positional[0], h, err)) return 1;
-    double x, y;
-    if (!lib.PositionToPixel(1, int16_t(plan), LatLong{lon * 3600.0, lat * 3600.0}, x, y)) {
-        err << "ombra-cli chart: the position cannot be mapped on plan " << int(plan) << "\n";
+    if (!answer(lib, o, int16_t(plan), a, b, out)) {
+        err << "ombra-cli chart: the " << what << " cannot be mapped on plan " << int(plan) << "\n";
         return 1;
     }
-    if (o.exact) out << std::fixed << std::setprecision(4) << x << " " << y << "\n";
-    else out << std::lround(x) << " " << std::lround(y) << "\n";
     return 0;
 }
 
-int Position(Options& o, std::ostream& out, std::ostream& err) {
-    double plan, x, y;
-    if (o.positional.size() != 4 || !Number(o.positional[1], plan) || !Number(o.positional[2], x) ||
-        !Number(o.positional[3], y)) {
-        err << "usage: ombra-cli chart position NUMBER PLAN X Y [--root DIR]\n";
-        return kUsage;
-    }
-    chartlib::OmbraChartLibrary lib;
-    ChartHeader h;
-    if (!OpenForQuery(lib, o.root, o.positional[0], h, err)) return 1;
+bool PrintPixel(chartlib::OmbraChartLibrary& lib, const Options& o, int16_t plan, double lat, double lon, std::ostream& out) {
+    double x, y;
+    if (!lib.PositionToPixel(1, plan, LatLong{lon * 3600.0, lat * 3600.0}, x, y)) return false;
+    if (o.exact) out << std::fixed << std::setprecision(4) << x << " " << y << "\n";
+    else out << std::lround(x) << " " << std::lround(y) << "\n";
+    return true;
+}
+
+bool PrintPosition(chartlib::OmbraChartLibrary& lib, const Options&, int16_t plan, double x, double y, std::ostream& out) {
     LatLong pos;
-    if (!lib.PixelToPosition(1, int16_t(plan), x, y, pos)) {
-        err << "ombra-cli chart: the pixel cannot be mapped on plan " << int(plan) << "\n";
-        return 1;
-    }
+    if (!lib.PixelToPosition(1, plan, x, y, pos)) return false;
     out << std::fixed << std::setprecision(8) << pos.Lat / 3600.0 << " " << pos.Long / 3600.0 << "\n";
-    return 0;
+    return true;
+}
+
+int Pixel(Options& o, std::ostream& out, std::ostream& err) {
+    return RunPlanQuery(o, "pixel NUMBER PLAN LAT LON [--exact] [--root DIR]", "position", PrintPixel, out, err);
+}
+
+int Position(Options& o, std::ostream& out, std::ostream& err) {
+    return RunPlanQuery(o, "position NUMBER PLAN X Y [--root DIR]", "pixel", PrintPosition, out, err);
 }
 
 int Render(Options& o, std::ostream& out, std::ostream& err) {
@@ -508,11 +551,7 @@ int Verify(Options& o, std::ostream& out, std::ostream& err) {
 }
 
 int MakeDemo(Options& o, std::ostream& out, std::ostream& err) {
-    CliDialogs dialogs(err);
-    ErrorReporter errors(dialogs, kProduct);
-    chartlib::OmbraChartLibrary lib;
-    ChartCat cat(dialogs, errors, kProduct);
-    ChartInstaller installer(lib, cat);
+    InstallKit kit(err);
     DemoChart demo;
     Image img(demo.Width(), demo.Height());
     demo.PaintBase(img);
@@ -524,7 +563,7 @@ int MakeDemo(Options& o, std::ostream& out, std::ostream& err) {
         err << "ombra-cli chart make-demo: " << why << "\n";
         return 1;
     }
-    InstallResult r = installer.InstallImage(o.root, indexed, demo.Metadata(), o.date, demo.SpecialWarnings());
+    InstallResult r = kit.installer.InstallImage(o.root, indexed, demo.Metadata(), o.date, demo.SpecialWarnings());
     if (!r.Ok) {
         err << r.Message << "\n";
         return 1;

@@ -1,5 +1,6 @@
 #include "platform/ais/AisTables.h"
 
+#include <array>
 #include <iterator>
 
 namespace ombra::aistables {
@@ -203,8 +204,17 @@ constexpr AisFieldDef kDgnss[] = {
     Angle("lon", 40, 18, 600.0, 1), Angle("lat", 58, 17, 600.0, 1), Data(80, 0),
 };
 
-// Type 18: Class B position report.
-constexpr AisFieldDef kPositionB[] = {
+// The fields of `head` and then those of `tail`, for types that begin alike.
+template <size_t N, size_t M>
+constexpr std::array<AisFieldDef, N + M> Join(const AisFieldDef (&head)[N], const AisFieldDef (&tail)[M]) {
+    std::array<AisFieldDef, N + M> out{};
+    for (size_t i = 0; i < N; ++i) out[i] = head[i];
+    for (size_t i = 0; i < M; ++i) out[N + i] = tail[i];
+    return out;
+}
+
+// Types 18 and 19: Class B position reports, alike up to the regional bits.
+constexpr AisFieldDef kPositionBHead[] = {
     U("reserved", 38, 8),
     Num("speed", 46, 10, 0.1, 1),
     B("accuracy", 56),
@@ -213,23 +223,20 @@ constexpr AisFieldDef kPositionB[] = {
     Num("course", 112, 12, 0.1, 1),
     U("heading", 124, 9),
     U("second", 133, 6),
+};
+
+// Type 18: Class B position report.
+constexpr AisFieldDef kPositionBTail[] = {
     U("regional", 139, 2),
     B("cs", 141), B("display", 142), B("dsc", 143), B("band", 144), B("msg22", 145),
     Hide("assigned", 146, 1),
     B("raim", 147),
     U("radio", 148, 20),
 };
+constexpr auto kPositionB = Join(kPositionBHead, kPositionBTail);
 
 // Type 19: extended Class B position report.
-constexpr AisFieldDef kPositionBExtended[] = {
-    U("reserved", 38, 8),
-    Num("speed", 46, 10, 0.1, 1),
-    B("accuracy", 56),
-    Angle("lon", 57, 28, 600000.0, 7),
-    Angle("lat", 85, 27, 600000.0, 7),
-    Num("course", 112, 12, 0.1, 1),
-    U("heading", 124, 9),
-    U("second", 133, 6),
+constexpr AisFieldDef kPositionBExtendedTail[] = {
     U("regional", 139, 4),
     Txt("shipname", 143, 20),
     Coded("shiptype", 263, 8, AisShipTypeText),
@@ -239,6 +246,7 @@ constexpr AisFieldDef kPositionBExtended[] = {
     U("dte", 306, 1),
     B("assigned", 307),
 };
+constexpr auto kPositionBExtended = Join(kPositionBHead, kPositionBExtendedTail);
 
 // Type 20: data link management, four slot reservations.
 constexpr AisFieldDef kLinkManagement[] = {

@@ -133,6 +133,17 @@ bool Numbers(std::string_view text, std::vector<double>& out, size_t maxCount) {
     return true;
 }
 
+// The mean pixel of reference points (at least one).
+void PixelCentre(const std::vector<ReferencePoint>& refs, double& cx, double& cy) {
+    cx = cy = 0;
+    for (auto& r : refs) {
+        cx += r.x;
+        cy += r.y;
+    }
+    cx /= double(refs.size());
+    cy /= double(refs.size());
+}
+
 }  // namespace
 
 double EvalPolynomial(const std::vector<double>& c, double u, double v) {
@@ -315,14 +326,8 @@ bool PlanGeoref::FitProjection(const PlanGeorefSource& src, std::string& message
         return false;
     }
     // Projected metres from pixels, least squares in centred, scaled pixels.
-    size_t n = refs_.size();
-    double cx = 0, cy = 0;
-    for (auto& r : refs_) {
-        cx += r.x;
-        cy += r.y;
-    }
-    cx /= double(n);
-    cy /= double(n);
+    double cx, cy;
+    PixelCentre(refs_, cx, cy);
     double s = 0;
     for (auto& r : refs_) s = std::max({s, std::fabs(r.x - cx), std::fabs(r.y - cy)});
     if (s <= 0) {
@@ -352,18 +357,23 @@ bool PlanGeoref::FitProjection(const PlanGeorefSource& src, std::string& message
     aff_[4] = cn[1] / s;
     aff_[5] = cn[2] / s;
     aff_[3] = cn[0] - aff_[4] * cx - aff_[5] * cy;
-    double det = aff_[1] * aff_[5] - aff_[2] * aff_[4];
-    if (!std::isfinite(det) || std::fabs(det) < 1e-12) {
+    if (!InvertAffine()) {
         message = "the chart's reference points give no usable scale";
         return false;
     }
+    kind_ = src.Projection;
+    return true;
+}
+
+bool PlanGeoref::InvertAffine() {
+    double det = aff_[1] * aff_[5] - aff_[2] * aff_[4];
+    if (!std::isfinite(det) || std::fabs(det) < 1e-12) return false;
     inv_[1] = aff_[5] / det;
     inv_[2] = -aff_[2] / det;
     inv_[4] = -aff_[4] / det;
     inv_[5] = aff_[1] / det;
     inv_[0] = -(inv_[1] * aff_[0] + inv_[2] * aff_[3]);
     inv_[3] = -(inv_[4] * aff_[0] + inv_[5] * aff_[3]);
-    kind_ = src.Projection;
     return true;
 }
 
@@ -497,13 +507,8 @@ bool PlanGeoref::Finish(std::string& message) {
     if (kind_ == ProjectionKind::Polynomial) {
         std::vector<std::vector<double>> a;
         std::vector<double> blon, blat;
-        double cx = 0, cy = 0;
-        for (auto& r : refs_) {
-            cx += r.x;
-            cy += r.y;
-        }
-        cx /= double(refs_.size());
-        cy /= double(refs_.size());
+        double cx, cy;
+        PixelCentre(refs_, cx, cy);
         for (auto& r : refs_) {
             a.push_back({1.0, r.x - cx, r.y - cy});
             blon.push_back(UnwrapLongitude(r.lon, lonRef_));
@@ -557,120 +562,240 @@ std::string PlanGeoref::ToText() const {
     return o.str();
 }
 
-bool PlanGeoref::FromText(std::string_view text, std::string& message) {
-    *this = PlanGeoref{};
-    auto fail = [&](const std::string& why) {
+// The text form is read one KEY=value line at a time, each key by its row
+// of kRows: the row's reader takes the value and fills the georeference,
+// and a value it refuses fails the whole text with the row's message.
+// Unknown keys are passed over; "END" (or the end of the text) closes it,
+// and Complete then checks that the lines read make one usable map.
+struct PlanGeoref::TextReader {
+    PlanGeoref& g;
+    ProjectionParams params;
+    bool sawGeoref = false, sawProjection = false, sawAffine = false, sawPoly = false, tpsAffine = false;
+
+    using Read = bool (TextReader::*)(std::string_view value);
+    struct Row {
+        std::string_view key;
+        Read read;
+        const char* failure;
+    };
+    static const Row kRows[];
+
+    // Exactly `count` comma-separated finite numbers.
+    static bool Exactly(std::string_view value, size_t count, std::vector<double>& v);
+
+    bool Version(std::string_view value);
+    bool ProjectionName(std::string_view value);
+    bool Parameters(std::string_view value);
+    bool LongitudeReference(std::string_view value);
+    bool Affine(std::string_view value);
+    bool PolynomialCentre(std::string_view value);
+    // Three to ten coefficients.
+    bool Coefficients(std::string_view value, std::vector<double>& into);
+    bool PolynomialX(std::string_view value) { return Coefficients(value, g.fx_); }
+    bool PolynomialY(std::string_view value) { return Coefficients(value, g.fy_); }
+    bool SeedX(std::string_view value) { return Coefficients(value, g.gx_); }
+    bool SeedY(std::string_view value) { return Coefficients(value, g.gy_); }
+    // One point of the correction: its place and its weights in x and in y.
+    bool CorrectionPoint(std::string_view value);
+    bool CorrectionAffine(std::string_view value);
+    bool ReferencePoint(std::string_view value);
+    bool BorderPoint(std::string_view value);
+    // "NONE", or the shift in seconds of latitude and longitude.
+    bool Shift(std::string_view value);
+
+    // False, with `message`, when a line is refused or the text runs on too long.
+    bool ReadLines(std::string_view text, std::string& message);
+
+    // The lines read make a usable map: the map of its kind is whole, and
+    // a projected map has a projection and an affine that can be inverted.
+    bool Complete(std::string& message);
+};
+
+bool PlanGeoref::TextReader::Exactly(std::string_view value, size_t count, std::vector<double>& v) {
+    return Numbers(value, v, count) && v.size() == count;
+}
+
+bool PlanGeoref::TextReader::Version(std::string_view value) {
+    sawGeoref = true;
+    return Val(value) == 1;
+}
+
+bool PlanGeoref::TextReader::ProjectionName(std::string_view value) {
+    sawProjection = true;
+    for (ProjectionKind k : {ProjectionKind::Mercator, ProjectionKind::TransverseMercator,
+                             ProjectionKind::LambertConformalConic, ProjectionKind::Polyconic, ProjectionKind::Polynomial})
+        if (value == KindName(k)) {
+            g.kind_ = k;
+            return true;
+        }
+    return false;
+}
+
+bool PlanGeoref::TextReader::Parameters(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 3, v)) return false;
+    params.CentralMeridian = v[0];
+    params.StandardParallel1 = v[1];
+    params.StandardParallel2 = v[2];
+    return true;
+}
+
+bool PlanGeoref::TextReader::LongitudeReference(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 1, v) || std::fabs(v[0]) > 360) return false;
+    g.lonRef_ = v[0];
+    return true;
+}
+
+bool PlanGeoref::TextReader::Affine(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 6, v)) return false;
+    std::copy(v.begin(), v.end(), g.aff_);
+    sawAffine = true;
+    return true;
+}
+
+bool PlanGeoref::TextReader::PolynomialCentre(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 2, v)) return false;
+    g.polyLon_ = v[0];
+    g.polyLat_ = v[1];
+    return true;
+}
+
+bool PlanGeoref::TextReader::Coefficients(std::string_view value, std::vector<double>& into) {
+    std::vector<double> v;
+    if (!Numbers(value, v, 10) || v.size() < 3) return false;
+    into = std::move(v);
+    sawPoly = true;
+    return true;
+}
+
+bool PlanGeoref::TextReader::CorrectionPoint(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 4, v) || g.tpsX_.px.size() >= kMaxTpsPoints) return false;
+    for (ThinPlate* t : {&g.tpsX_, &g.tpsY_}) {
+        t->px.push_back(v[0]);
+        t->py.push_back(v[1]);
+    }
+    g.tpsX_.w.push_back(v[2]);
+    g.tpsY_.w.push_back(v[3]);
+    return true;
+}
+
+bool PlanGeoref::TextReader::CorrectionAffine(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 6, v)) return false;
+    g.tpsX_.a0 = v[0];
+    g.tpsX_.a1 = v[1];
+    g.tpsX_.a2 = v[2];
+    g.tpsY_.a0 = v[3];
+    g.tpsY_.a1 = v[4];
+    g.tpsY_.a2 = v[5];
+    tpsAffine = true;
+    return true;
+}
+
+bool PlanGeoref::TextReader::ReferencePoint(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 4, v) || g.refs_.size() >= kMaxRefs || std::fabs(v[2]) > 90 || std::fabs(v[3]) > 360)
+        return false;
+    g.refs_.push_back({v[0], v[1], v[2], v[3]});
+    return true;
+}
+
+bool PlanGeoref::TextReader::BorderPoint(std::string_view value) {
+    std::vector<double> v;
+    if (!Exactly(value, 2, v) || g.outline_.size() >= kMaxOutline || std::fabs(v[0]) > 90 || std::fabs(v[1]) > 360)
+        return false;
+    g.outline_.emplace_back(v[0], v[1]);
+    return true;
+}
+
+bool PlanGeoref::TextReader::Shift(std::string_view value) {
+    if (value == "NONE") {
+        g.hasShift_ = false;
+        return true;
+    }
+    std::vector<double> v;
+    if (!Exactly(value, 2, v) || std::fabs(v[0]) > 36000 || std::fabs(v[1]) > 36000) return false;
+    g.hasShift_ = true;
+    g.shiftLat_ = v[0];
+    g.shiftLon_ = v[1];
+    return true;
+}
+
+bool PlanGeoref::TextReader::Complete(std::string& message) {
+    auto fail = [&](const char* why) {
         message = why;
         return false;
     };
-    bool sawGeoref = false, sawProjection = false, sawAffine = false, sawPoly = false, sawEnd = false;
-    ProjectionParams pp;
-    std::vector<double> v;
-    bool tpsAffine = false;
-    size_t start = 0;
-    int lines = 0;
-    while (start < text.size() && !sawEnd) {
-        size_t e = text.find('\n', start);
-        std::string_view line = text.substr(start, e == std::string_view::npos ? std::string_view::npos : e - start);
-        start = e == std::string_view::npos ? text.size() : e + 1;
-        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        if (++lines > 50000) return fail("the plan's georeferencing is too long");
-        size_t eq = line.find('=');
-        if (eq == std::string_view::npos) {
-            if (line == "END") sawEnd = true;
-            continue;
-        }
-        std::string key(line.substr(0, eq));
-        std::string_view val = line.substr(eq + 1);
-        if (key == "GEOREF") {
-            if (Val(val) != 1) return fail("the plan's georeferencing has an unknown version");
-            sawGeoref = true;
-        } else if (key == "PROJECTION") {
-            sawProjection = true;
-            if (val == "MERCATOR") kind_ = ProjectionKind::Mercator;
-            else if (val == "TRANSVERSE MERCATOR") kind_ = ProjectionKind::TransverseMercator;
-            else if (val == "LAMBERT CONFORMAL CONIC") kind_ = ProjectionKind::LambertConformalConic;
-            else if (val == "POLYCONIC") kind_ = ProjectionKind::Polyconic;
-            else if (val == "POLYNOMIAL") kind_ = ProjectionKind::Polynomial;
-            else return fail("the plan names an unknown projection");
-        } else if (key == "PARAMETERS") {
-            if (!Numbers(val, v, 3) || v.size() != 3) return fail("the plan's projection parameters are damaged");
-            pp.CentralMeridian = v[0];
-            pp.StandardParallel1 = v[1];
-            pp.StandardParallel2 = v[2];
-        } else if (key == "LONREF") {
-            if (!Numbers(val, v, 1) || v.size() != 1 || std::fabs(v[0]) > 360) return fail("the plan's reference longitude is damaged");
-            lonRef_ = v[0];
-        } else if (key == "AFFINE") {
-            if (!Numbers(val, v, 6) || v.size() != 6) return fail("the plan's affine map is damaged");
-            std::copy(v.begin(), v.end(), aff_);
-            sawAffine = true;
-        } else if (key == "POLYCENTRE") {
-            if (!Numbers(val, v, 2) || v.size() != 2) return fail("the plan's polynomial centre is damaged");
-            polyLon_ = v[0];
-            polyLat_ = v[1];
-        } else if (key == "POLYX" || key == "POLYY" || key == "SEEDX" || key == "SEEDY") {
-            if (!Numbers(val, v, 10) || v.size() < 3) return fail("the plan's polynomial is damaged");
-            (key == "POLYX" ? fx_ : key == "POLYY" ? fy_ : key == "SEEDX" ? gx_ : gy_) = v;
-            sawPoly = true;
-        } else if (key == "TPSPOINT") {
-            if (!Numbers(val, v, 4) || v.size() != 4 || tpsX_.px.size() >= kMaxTpsPoints)
-                return fail("the plan's correction is damaged");
-            tpsX_.px.push_back(v[0]);
-            tpsX_.py.push_back(v[1]);
-            tpsX_.w.push_back(v[2]);
-            tpsY_.px.push_back(v[0]);
-            tpsY_.py.push_back(v[1]);
-            tpsY_.w.push_back(v[3]);
-        } else if (key == "TPSAFFINE") {
-            if (!Numbers(val, v, 6) || v.size() != 6) return fail("the plan's correction is damaged");
-            tpsX_.a0 = v[0];
-            tpsX_.a1 = v[1];
-            tpsX_.a2 = v[2];
-            tpsY_.a0 = v[3];
-            tpsY_.a1 = v[4];
-            tpsY_.a2 = v[5];
-            tpsAffine = true;
-        } else if (key == "REF") {
-            if (!Numbers(val, v, 4) || v.size() != 4 || refs_.size() >= kMaxRefs || std::fabs(v[2]) > 90 || std::fabs(v[3]) > 360)
-                return fail("a reference point of the plan is damaged");
-            refs_.push_back({v[0], v[1], v[2], v[3]});
-        } else if (key == "PLY") {
-            if (!Numbers(val, v, 2) || v.size() != 2 || outline_.size() >= kMaxOutline || std::fabs(v[0]) > 90 ||
-                std::fabs(v[1]) > 360)
-                return fail("the plan's border is damaged");
-            outline_.emplace_back(v[0], v[1]);
-        } else if (key == "SHIFT") {
-            if (val == "NONE") {
-                hasShift_ = false;
-            } else {
-                if (!Numbers(val, v, 2) || v.size() != 2 || std::fabs(v[0]) > 36000 || std::fabs(v[1]) > 36000)
-                    return fail("the plan's datum shift is damaged");
-                hasShift_ = true;
-                shiftLat_ = v[0];
-                shiftLon_ = v[1];
-            }
-        }
-    }
     if (!sawGeoref || !sawProjection) return fail("the plan has no georeferencing");
-    if (tpsX_.Active() && (!tpsAffine || tpsX_.px.size() < 3)) return fail("the plan's correction is damaged");
-    if (kind_ == ProjectionKind::Polynomial) {
-        if (!sawPoly || fx_.empty() || fy_.empty() || gx_.size() != 3 || gy_.size() != 3)
+    if (g.tpsX_.Active() && (!tpsAffine || g.tpsX_.px.size() < 3)) return fail("the plan's correction is damaged");
+    if (g.kind_ == ProjectionKind::Polynomial) {
+        if (!sawPoly || g.fx_.empty() || g.fy_.empty() || g.gx_.size() != 3 || g.gy_.size() != 3)
             return fail("the plan's polynomial is incomplete");
         return true;
     }
     if (!sawAffine) return fail("the plan's affine map is missing");
-    pp.Kind = kind_;
-    if (!proj_.Init(pp)) return fail("the plan's projection parameters make no projection");
-    double det = aff_[1] * aff_[5] - aff_[2] * aff_[4];
-    if (!std::isfinite(det) || std::fabs(det) < 1e-12) return fail("the plan's affine map cannot be inverted");
-    inv_[1] = aff_[5] / det;
-    inv_[2] = -aff_[2] / det;
-    inv_[4] = -aff_[4] / det;
-    inv_[5] = aff_[1] / det;
-    inv_[0] = -(inv_[1] * aff_[0] + inv_[2] * aff_[3]);
-    inv_[3] = -(inv_[4] * aff_[0] + inv_[5] * aff_[3]);
+    params.Kind = g.kind_;
+    if (!g.proj_.Init(params)) return fail("the plan's projection parameters make no projection");
+    if (!g.InvertAffine()) return fail("the plan's affine map cannot be inverted");
     return true;
+}
+
+const PlanGeoref::TextReader::Row PlanGeoref::TextReader::kRows[] = {
+    {"GEOREF", &TextReader::Version, "the plan's georeferencing has an unknown version"},
+    {"PROJECTION", &TextReader::ProjectionName, "the plan names an unknown projection"},
+    {"PARAMETERS", &TextReader::Parameters, "the plan's projection parameters are damaged"},
+    {"LONREF", &TextReader::LongitudeReference, "the plan's reference longitude is damaged"},
+    {"AFFINE", &TextReader::Affine, "the plan's affine map is damaged"},
+    {"POLYCENTRE", &TextReader::PolynomialCentre, "the plan's polynomial centre is damaged"},
+    {"POLYX", &TextReader::PolynomialX, "the plan's polynomial is damaged"},
+    {"POLYY", &TextReader::PolynomialY, "the plan's polynomial is damaged"},
+    {"SEEDX", &TextReader::SeedX, "the plan's polynomial is damaged"},
+    {"SEEDY", &TextReader::SeedY, "the plan's polynomial is damaged"},
+    {"TPSPOINT", &TextReader::CorrectionPoint, "the plan's correction is damaged"},
+    {"TPSAFFINE", &TextReader::CorrectionAffine, "the plan's correction is damaged"},
+    {"REF", &TextReader::ReferencePoint, "a reference point of the plan is damaged"},
+    {"PLY", &TextReader::BorderPoint, "the plan's border is damaged"},
+    {"SHIFT", &TextReader::Shift, "the plan's datum shift is damaged"},
+};
+
+bool PlanGeoref::TextReader::ReadLines(std::string_view text, std::string& message) {
+    size_t start = 0;
+    int lines = 0;
+    while (start < text.size()) {
+        size_t e = text.find('\n', start);
+        std::string_view line = text.substr(start, e == std::string_view::npos ? std::string_view::npos : e - start);
+        start = e == std::string_view::npos ? text.size() : e + 1;
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        if (++lines > 50000) {
+            message = "the plan's georeferencing is too long";
+            return false;
+        }
+        size_t eq = line.find('=');
+        if (eq == std::string_view::npos) {
+            if (line == "END") break;
+            continue;
+        }
+        const std::string_view key = line.substr(0, eq);
+        for (const Row& row : kRows) {
+            if (row.key != key) continue;
+            if (!(this->*row.read)(line.substr(eq + 1))) {
+                message = row.failure;
+                return false;
+            }
+            break;
+        }
+    }
+    return true;
+}
+
+bool PlanGeoref::FromText(std::string_view text, std::string& message) {
+    *this = PlanGeoref{};
+    TextReader reader{*this, {}};
+    return reader.ReadLines(text, message) && reader.Complete(message);
 }
 
 }  // namespace ombra::chartlib

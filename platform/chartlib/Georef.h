@@ -82,6 +82,10 @@ private:
     bool FitPolynomial(const PlanGeorefSource& src, std::string& message);
     void FitCorrection();
     bool Finish(std::string& message);
+    // inv_ from aff_; false, leaving inv_ alone, when aff_ has no inverse.
+    bool InvertAffine();
+    // Reads the text form line by line; see Georef.cpp.
+    struct TextReader;
 
     ProjectionKind kind_ = ProjectionKind::Mercator;
     Projection proj_;

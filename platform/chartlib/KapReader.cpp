@@ -152,18 +152,21 @@ bool KapReader::Open(std::string bytes, const KapLimits& limits) {
     return true;
 }
 
-bool KapReader::ParseHeader(size_t headerEnd) {
-    // Logical lines: CR, LF or both end a line; a line that begins with a
-    // blank continues the one before, joined by a comma.
-    std::vector<std::string>& lines = h_.Lines;
+namespace {
+
+// Logical header lines: CR, LF or both end a line; a line that begins with
+// a blank continues the one before, joined by a comma; a NUL ends the text.
+std::vector<std::string> HeaderLines(std::string_view text) {
+    std::vector<std::string> lines;
     std::string cur;
     bool haveLine = false;
-    for (size_t i = 0; i < headerEnd; ++i) {
-        char c = data_[i];
+    const size_t end = text.size();
+    for (size_t i = 0; i < end; ++i) {
+        char c = text[i];
         if (c == '\r' || c == '\n') {
-            if (i + 1 < headerEnd && (data_[i + 1] == '\r' || data_[i + 1] == '\n') && data_[i + 1] != c) ++i;
-            if (i + 1 < headerEnd && data_[i + 1] == ' ') {
-                while (i + 1 < headerEnd && data_[i + 1] == ' ') ++i;
+            if (i + 1 < end && (text[i + 1] == '\r' || text[i + 1] == '\n') && text[i + 1] != c) ++i;
+            if (i + 1 < end && text[i + 1] == ' ') {
+                while (i + 1 < end && text[i + 1] == ' ') ++i;
                 cur.push_back(',');
                 continue;
             }
@@ -177,92 +180,156 @@ bool KapReader::ParseHeader(size_t headerEnd) {
         haveLine = true;
     }
     if (haveLine || !cur.empty()) lines.push_back(cur);
+    return lines;
+}
 
-    auto colourTable = [&](std::vector<int64_t>& table, const std::string& line) {
-        auto f = SplitCommas(std::string_view(line).substr(4));
-        if (f.size() < 4) return true;
-        int idx = IntField(f[0], -1, kMaxColours + 1);
-        if (idx < 0 || idx > kMaxColours) return Fail("The chart file's colour table has an entry " + f[0] + " out of range.");
-        if (table.size() < size_t(idx) + 1) table.resize(size_t(idx) + 1, -1);
-        auto ch = [](const std::string& s) { return int64_t(IntField(s, 0, 255)); };
-        table[size_t(idx)] = int64_t(MakeRgb(int(ch(f[1])), int(ch(f[2])), int(ch(f[3]))));
-        return true;
-    };
-    auto polynomial = [](const std::string& line, int& order, std::vector<double>& coeffs) {
-        auto f = SplitCommas(std::string_view(line).substr(4));
-        if (f.empty() || !IsNumeric(f[0])) return;
-        order = IntField(f[0], 0, 100);
-        coeffs.clear();
-        for (size_t i = 1; i < f.size() && coeffs.size() < 10; ++i)
-            if (IsNumeric(f[i])) coeffs.push_back(Val(f[i]));
-    };
+// The readers of the header records. Each gets the whole logical line
+// ("KNP/SC=25000,GD=WGS84,..."), whose first four characters are the tag
+// and its slash; false, with `error` set, refuses the file.
+using RecordReader = bool (*)(KapHeader& h, const std::string& line, std::string& error);
 
-    for (const std::string& line : lines) {
+std::string_view AfterTag(const std::string& line) { return std::string_view(line).substr(4); }
+
+// RA= gives width and height; the older NOS/ form has two numbers before
+// them when it has four.
+void ReadChartLine(KapHeader& h, const std::string& line, bool nos) {
+    h.Name = KapField(line, "NA");
+    h.Number = KapField(line, "NU");
+    auto ra = SplitCommas(KapField(line, "RA"));
+    const size_t first = nos && ra.size() >= 4 ? 2 : 0;
+    if (ra.size() < first + 2) return;
+    h.Width = IntField(ra[first], -1, 1000000000);
+    h.Height = IntField(ra[first + 1], -1, 1000000000);
+}
+
+// "RGB/n,r,g,b": colour n of a palette; a line of fewer fields is passed over.
+bool ReadColour(std::vector<int64_t>& table, const std::string& line, std::string& error) {
+    auto f = SplitCommas(AfterTag(line));
+    if (f.size() < 4) return true;
+    int idx = IntField(f[0], -1, kMaxColours + 1);
+    if (idx < 0 || idx > kMaxColours) {
+        error = "The chart file's colour table has an entry " + f[0] + " out of range.";
+        return false;
+    }
+    if (table.size() < size_t(idx) + 1) table.resize(size_t(idx) + 1, -1);
+    auto ch = [](const std::string& s) { return IntField(s, 0, 255); };
+    table[size_t(idx)] = int64_t(MakeRgb(ch(f[1]), ch(f[2]), ch(f[3])));
+    return true;
+}
+
+// "WPX/order,c0,c1,...": at most ten coefficients; not numeric fields are left out.
+void ReadPolynomial(const std::string& line, int& order, std::vector<double>& coeffs) {
+    auto f = SplitCommas(AfterTag(line));
+    if (f.empty() || !IsNumeric(f[0])) return;
+    order = IntField(f[0], 0, 100);
+    coeffs.clear();
+    for (size_t i = 1; i < f.size() && coeffs.size() < 10; ++i)
+        if (IsNumeric(f[i])) coeffs.push_back(Val(f[i]));
+}
+
+struct RecordRow {
+    std::string_view tag;
+    RecordReader read;
+};
+
+const RecordRow kRecords[] = {
+    {"VER", [](KapHeader& h, const std::string& line, std::string&) {
+         h.Version = Trim(AfterTag(line));
+         return true;
+     }},
+    {"BSB", [](KapHeader& h, const std::string& line, std::string&) {
+         ReadChartLine(h, line, false);
+         return true;
+     }},
+    {"NOS", [](KapHeader& h, const std::string& line, std::string&) {
+         ReadChartLine(h, line, true);
+         return true;
+     }},
+    {"KNP", [](KapHeader& h, const std::string& line, std::string&) {
+         h.Scale = KapField(line, "SC");
+         h.Datum = KapField(line, "GD");
+         h.Projection = KapField(line, "PR");
+         h.ProjectionParameter = KapField(line, "PP");
+         h.DepthUnits = KapField(line, "UN");
+         h.SoundingDatum = KapField(line, "SD");
+         return true;
+     }},
+    {"KNQ", [](KapHeader& h, const std::string& line, std::string&) {
+         h.P2 = KapField(line, "P2");
+         h.P3 = KapField(line, "P3");
+         return true;
+     }},
+    {"CED", [](KapHeader& h, const std::string& line, std::string&) {
+         h.EditionDate = KapField(line, "ED");
+         return true;
+     }},
+    {"RGB", [](KapHeader& h, const std::string& line, std::string& e) { return ReadColour(h.Rgb, line, e); }},
+    {"DAY", [](KapHeader& h, const std::string& line, std::string& e) { return ReadColour(h.Day, line, e); }},
+    {"DSK", [](KapHeader& h, const std::string& line, std::string& e) { return ReadColour(h.Dusk, line, e); }},
+    {"NGT", [](KapHeader& h, const std::string& line, std::string& e) { return ReadColour(h.Night, line, e); }},
+    {"REF", [](KapHeader& h, const std::string& line, std::string&) {
+         auto f = SplitCommas(AfterTag(line));
+         if (f.size() >= 5) h.Refs.push_back({Val(f[1]), Val(f[2]), Val(f[3]), Val(f[4])});
+         return true;
+     }},
+    {"PLY", [](KapHeader& h, const std::string& line, std::string&) {
+         auto f = SplitCommas(AfterTag(line));
+         if (f.size() >= 3) h.Outline.emplace_back(Val(f[1]), Val(f[2]));
+         return true;
+     }},
+    {"DTM", [](KapHeader& h, const std::string& line, std::string&) {
+         auto f = SplitCommas(AfterTag(line));
+         if (f.size() < 2) return true;
+         h.HasDtm = true;
+         h.DtmLat = Val(f[0]);
+         h.DtmLon = Val(f[1]);
+         return true;
+     }},
+    {"IFM", [](KapHeader& h, const std::string& line, std::string&) {
+         h.Ifm = IntField(AfterTag(line), 0, 255);
+         return true;
+     }},
+    {"WPX", [](KapHeader& h, const std::string& line, std::string&) {
+         ReadPolynomial(line, h.WpxOrder, h.Wpx);
+         return true;
+     }},
+    {"WPY", [](KapHeader& h, const std::string& line, std::string&) {
+         ReadPolynomial(line, h.WpyOrder, h.Wpy);
+         return true;
+     }},
+    {"PWX", [](KapHeader& h, const std::string& line, std::string&) {
+         ReadPolynomial(line, h.PwxOrder, h.Pwx);
+         return true;
+     }},
+    {"PWY", [](KapHeader& h, const std::string& line, std::string&) {
+         ReadPolynomial(line, h.PwyOrder, h.Pwy);
+         return true;
+     }},
+};
+
+// The reader of a line's record, or null for a comment, a line with no
+// tag, or a tag this reader does not use.
+RecordReader ReaderFor(const std::string& line) {
+    if (line.size() < 4 || line[3] != '/') return nullptr;
+    const std::string tag = UCase(line.substr(0, 3));
+    for (const RecordRow& row : kRecords)
+        if (row.tag == tag) return row.read;
+    return nullptr;
+}
+
+}  // namespace
+
+bool KapReader::ParseHeader(size_t headerEnd) {
+    h_.Lines = HeaderLines(std::string_view(data_.data(), headerEnd));
+    std::string error;
+    for (const std::string& line : h_.Lines) {
         if (line.empty()) continue;
         if (line[0] == '!') {
             h_.Comments.push_back(Trim(std::string_view(line).substr(1)));
             continue;
         }
-        if (line.size() < 4 || line[3] != '/') continue;
-        std::string tag = UCase(line.substr(0, 3));
-        std::string_view rest = std::string_view(line).substr(4);
-        if (tag == "VER") {
-            h_.Version = Trim(rest);
-        } else if (tag == "BSB" || tag == "NOS") {
-            h_.Name = KapField(line, "NA");
-            h_.Number = KapField(line, "NU");
-            auto ra = SplitCommas(KapField(line, "RA"));
-            if (tag == "NOS" && ra.size() >= 4) {
-                h_.Width = IntField(ra[2], -1, 1000000000);
-                h_.Height = IntField(ra[3], -1, 1000000000);
-            } else if (ra.size() >= 2) {
-                h_.Width = IntField(ra[0], -1, 1000000000);
-                h_.Height = IntField(ra[1], -1, 1000000000);
-            }
-        } else if (tag == "KNP") {
-            h_.Scale = KapField(line, "SC");
-            h_.Datum = KapField(line, "GD");
-            h_.Projection = KapField(line, "PR");
-            h_.ProjectionParameter = KapField(line, "PP");
-            h_.DepthUnits = KapField(line, "UN");
-            h_.SoundingDatum = KapField(line, "SD");
-        } else if (tag == "KNQ") {
-            h_.P2 = KapField(line, "P2");
-            h_.P3 = KapField(line, "P3");
-        } else if (tag == "CED") {
-            h_.EditionDate = KapField(line, "ED");
-        } else if (tag == "RGB") {
-            if (!colourTable(h_.Rgb, line)) return false;
-        } else if (tag == "DAY") {
-            if (!colourTable(h_.Day, line)) return false;
-        } else if (tag == "DSK") {
-            if (!colourTable(h_.Dusk, line)) return false;
-        } else if (tag == "NGT") {
-            if (!colourTable(h_.Night, line)) return false;
-        } else if (tag == "REF") {
-            auto f = SplitCommas(rest);
-            if (f.size() >= 5) h_.Refs.push_back({Val(f[1]), Val(f[2]), Val(f[3]), Val(f[4])});
-        } else if (tag == "PLY") {
-            auto f = SplitCommas(rest);
-            if (f.size() >= 3) h_.Outline.emplace_back(Val(f[1]), Val(f[2]));
-        } else if (tag == "DTM") {
-            auto f = SplitCommas(rest);
-            if (f.size() >= 2) {
-                h_.HasDtm = true;
-                h_.DtmLat = Val(f[0]);
-                h_.DtmLon = Val(f[1]);
-            }
-        } else if (tag == "IFM") {
-            h_.Ifm = IntField(rest, 0, 255);
-        } else if (tag == "WPX") {
-            polynomial(line, h_.WpxOrder, h_.Wpx);
-        } else if (tag == "WPY") {
-            polynomial(line, h_.WpyOrder, h_.Wpy);
-        } else if (tag == "PWX") {
-            polynomial(line, h_.PwxOrder, h_.Pwx);
-        } else if (tag == "PWY") {
-            polynomial(line, h_.PwyOrder, h_.Pwy);
-        }
+        RecordReader read = ReaderFor(line);
+        if (read && !read(h_, line, error)) return Fail(error);
     }
     for (size_t i = 1; i < h_.Rgb.size(); ++i)
         if (h_.Rgb[i] >= 0) h_.ColourCount = int(i);

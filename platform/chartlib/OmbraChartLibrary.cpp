@@ -418,6 +418,113 @@ void OmbraChartLibrary::SetPixelSize(ChartViewState& v, int16_t pixelSize) {
     v.OriginY = cy - v.Height / 2.0 * vf;
 }
 
+namespace {
+
+// Where the screen's columns sample the raster, for one sample column of a
+// screen pixel: the tile column and the offset within the tile of each
+// screen column, -1 outside the raster.
+struct ColumnMap {
+    std::vector<int> tile, offset;
+};
+
+// `rs` is raster pixels a full-resolution pixel; `samples` sample columns
+// a screen pixel, each in the middle of its share.
+std::vector<ColumnMap> MapColumns(const ChartViewState& v, double rs, int samples, int width, int rasterWidth, int tileSize) {
+    std::vector<ColumnMap> maps(static_cast<size_t>(samples));
+    for (int s = 0; s < samples; ++s) {
+        ColumnMap& m = maps[size_t(s)];
+        m.tile.resize(size_t(width));
+        m.offset.resize(size_t(width));
+        for (int x = 0; x < width; ++x) {
+            double cx = (v.OriginX + (x + (s + 0.5) / samples) * v.ViewFactor) * rs;
+            long rx = std::isfinite(cx) ? long(std::floor(cx)) : -1;
+            if (rx < 0 || rx >= rasterWidth) {
+                m.tile[size_t(x)] = m.offset[size_t(x)] = -1;
+            } else {
+                m.tile[size_t(x)] = int(rx / tileSize);
+                m.offset[size_t(x)] = int(rx % tileSize);
+            }
+        }
+    }
+    return maps;
+}
+
+// The raster row under a sample row, -1 when the position is no number.
+long RasterRow(const ChartViewState& v, double rs, int y, double within) {
+    double cy = (v.OriginY + (y + within) * v.ViewFactor) * rs;
+    return std::isfinite(cy) ? long(std::floor(cy)) : -1;
+}
+
+// Paints rows of samples in screen colours through one band of tiles, the
+// band kept while its rows are painted.
+class RowSampler {
+public:
+    RowSampler(TiledRaster& raster, const std::array<uint32_t, 256>& lut, uint32_t background, int width)
+        : raster_(raster),
+          lut_(lut),
+          background_(background),
+          width_(width),
+          rows_(long(raster.Header().Height)),
+          tileSize_(int(raster.Header().TileSize)),
+          tiles_(raster.Header().TilesAcross) {}
+
+    // Raster row `ry` sampled at the columns of `cols`, into `out` (width pixels).
+    void Paint(long ry, const ColumnMap& cols, uint32_t* out) {
+        // Locals, so that the stores to `out` need not reload them.
+        const int width = width_;
+        const uint32_t background = background_;
+        const uint32_t* lut = lut_.data();
+        if (ry < 0 || ry >= rows_) {
+            std::fill(out, out + width, background);
+            return;
+        }
+        const int ts = tileSize_;
+        int ty = int(ry / ts), yoff = int(ry % ts);
+        if (ty != bandRow_) {
+            for (auto& t : tiles_) t.reset();
+            bandRow_ = ty;
+        }
+        const int* ct = cols.tile.data();
+        const int* co = cols.offset.data();
+        int x = 0;
+        while (x < width) {
+            int t = ct[x];
+            if (t < 0) {
+                out[x++] = background;
+                continue;
+            }
+            auto& tile = tiles_[size_t(t)];
+            if (!tile) tile = raster_.GetTile(uint32_t(t), uint32_t(ty));
+            const uint8_t* row = tile->data() + size_t(yoff) * size_t(ts);
+            int x0 = x;
+            while (x < width && ct[x] == t) ++x;
+            for (int k = x0; k < x; ++k) out[k] = lut[row[co[k]]];
+        }
+    }
+
+private:
+    TiledRaster& raster_;
+    const std::array<uint32_t, 256>& lut_;
+    uint32_t background_;
+    int width_;
+    long rows_;
+    int tileSize_;
+    int bandRow_ = -1;
+    std::vector<TiledRaster::Tile> tiles_;
+};
+
+// Adds a row of colours into per-channel sums (three a pixel).
+void AddColours(const std::vector<uint32_t>& row, std::vector<uint32_t>& sum) {
+    for (size_t x = 0; x < row.size(); ++x) {
+        uint32_t c = row[x];
+        sum[x * 3] += (c >> 16) & 255;
+        sum[x * 3 + 1] += (c >> 8) & 255;
+        sum[x * 3 + 2] += c & 255;
+    }
+}
+
+}  // namespace
+
 void OmbraChartLibrary::RedrawChart(Image& store, const ChartViewState& v, int16_t quality) {
     int w = std::max(0, v.Width), h = std::max(0, v.Height);
     if (store.width != w || store.height != h) store = Image(w, h);
@@ -426,87 +533,33 @@ void OmbraChartLibrary::RedrawChart(Image& store, const ChartViewState& v, int16
         return;
     }
     const RasterHeader& rh = shown_->Header();
-    const int ts = int(rh.TileSize);
     const double rs = rh.LowRes ? double(rh.ResolutionFirst) / rh.ResolutionSecond : 1.0;
     const double step = v.ViewFactor * rs;  // raster pixels a screen pixel
     const int samples = quality == 3 && step > 1.01 ? 2 : 1;
-    const int rw = int(rh.Width), rhh = int(rh.Height);
+    const std::vector<ColumnMap> cols = MapColumns(v, rs, samples, w, int(rh.Width), int(rh.TileSize));
+    // One band of tiles a sample row.
+    std::vector<RowSampler> bands;
+    for (int s = 0; s < samples; ++s) bands.emplace_back(*shown_, lut_, background_, w);
 
-    // Column tables: for each sample column, the tile column and the
-    // offset in the tile (-1 outside the raster).
-    std::vector<std::vector<int>> colTile(static_cast<size_t>(samples), std::vector<int>(static_cast<size_t>(w)));
-    std::vector<std::vector<int>> colOff(static_cast<size_t>(samples), std::vector<int>(static_cast<size_t>(w)));
-    for (int s = 0; s < samples; ++s)
-        for (int x = 0; x < w; ++x) {
-            double cx = (v.OriginX + (x + (s + 0.5) / samples) * v.ViewFactor) * rs;
-            long rx = std::isfinite(cx) ? long(std::floor(cx)) : -1;
-            if (rx < 0 || rx >= rw) colTile[size_t(s)][size_t(x)] = colOff[size_t(s)][size_t(x)] = -1;
-            else {
-                colTile[size_t(s)][size_t(x)] = int(rx / ts);
-                colOff[size_t(s)][size_t(x)] = int(rx % ts);
-            }
-        }
-    // One band of tiles a sample row; a band is kept while its rows are painted.
-    struct Band {
-        int ty = -1;
-        std::vector<TiledRaster::Tile> tiles;
-    };
-    std::vector<Band> bands(static_cast<size_t>(samples));
-    for (Band& b : bands) b.tiles.resize(rh.TilesAcross);
-    // Paints one row of samples: raster row `ry`, sample column `s`.
-    auto sampleRow = [&](long ry, int s, Band& band, uint32_t* out) {
-        if (ry < 0 || ry >= rhh) {
-            std::fill(out, out + w, background_);
-            return;
-        }
-        int ty = int(ry / ts), yoff = int(ry % ts);
-        if (ty != band.ty) {
-            for (auto& t : band.tiles) t.reset();
-            band.ty = ty;
-        }
-        const int* ct = colTile[size_t(s)].data();
-        const int* co = colOff[size_t(s)].data();
-        int x = 0;
-        while (x < w) {
-            int t = ct[x];
-            if (t < 0) {
-                out[x++] = background_;
-                continue;
-            }
-            auto& tile = band.tiles[size_t(t)];
-            if (!tile) tile = shown_->GetTile(uint32_t(t), uint32_t(ty));
-            const uint8_t* row = tile->data() + size_t(yoff) * size_t(ts);
-            int x0 = x;
-            while (x < w && ct[x] == t) ++x;
-            for (int k = x0; k < x; ++k) out[k] = lut_[row[co[k]]];
-        }
-    };
-
-    std::vector<uint32_t> sample(samples > 1 ? size_t(w) : 0);
-    std::vector<uint32_t> sum(samples > 1 ? size_t(w) * 3 : 0);
+    if (samples == 1) {
+        for (int y = 0; y < h; ++y)
+            bands[0].Paint(RasterRow(v, rs, y, 0.5), cols[0], store.pixels.data() + size_t(y) * size_t(w));
+        return;
+    }
+    // Reducing: the mean of samples x samples colours of the chart pixels covered.
+    std::vector<uint32_t> sample(static_cast<size_t>(w));
+    std::vector<uint32_t> sum(size_t(w) * 3);
+    const uint32_t n = uint32_t(samples * samples);
     for (int y = 0; y < h; ++y) {
-        uint32_t* out = store.pixels.data() + size_t(y) * size_t(w);
-        if (samples == 1) {
-            double cy = (v.OriginY + (y + 0.5) * v.ViewFactor) * rs;
-            sampleRow(std::isfinite(cy) ? long(std::floor(cy)) : -1, 0, bands[0], out);
-            continue;
-        }
-        // Reducing: the mean of 2 x 2 samples of the chart pixels covered.
         std::fill(sum.begin(), sum.end(), 0u);
         for (int sy = 0; sy < samples; ++sy) {
-            double cy = (v.OriginY + (y + (sy + 0.5) / samples) * v.ViewFactor) * rs;
-            long ry = std::isfinite(cy) ? long(std::floor(cy)) : -1;
+            long ry = RasterRow(v, rs, y, (sy + 0.5) / samples);
             for (int sx = 0; sx < samples; ++sx) {
-                sampleRow(ry, sx, bands[size_t(sy)], sample.data());
-                for (int x = 0; x < w; ++x) {
-                    uint32_t c = sample[size_t(x)];
-                    sum[size_t(x) * 3] += (c >> 16) & 255;
-                    sum[size_t(x) * 3 + 1] += (c >> 8) & 255;
-                    sum[size_t(x) * 3 + 2] += c & 255;
-                }
+                bands[size_t(sy)].Paint(ry, cols[size_t(sx)], sample.data());
+                AddColours(sample, sum);
             }
         }
-        const uint32_t n = uint32_t(samples * samples);
+        uint32_t* out = store.pixels.data() + size_t(y) * size_t(w);
         for (int x = 0; x < w; ++x)
             out[x] = 0xFF000000u | ((sum[size_t(x) * 3] / n) << 16) | ((sum[size_t(x) * 3 + 1] / n) << 8) | (sum[size_t(x) * 3 + 2] / n);
     }

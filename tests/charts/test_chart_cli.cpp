@@ -2,6 +2,7 @@
 // exporting and rendering, refusing bad files without touching anything.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 #include <sstream>
 #include <tuple>
@@ -151,6 +152,76 @@ TEST(ChartCli, DemoChartAndUsage) {
     EXPECT_EQ(Cli({"pixel", "4000", "0", "north", "-12"}).exitCode, 2);
     EXPECT_EQ(Cli({"render", "4000", "--size", "0x9", "--out", "x.png"}).exitCode, 2);
     EXPECT_EQ(Cli({"install", "--root"}).exitCode, 2);
+}
+
+// Each option refused with its own message and the usage status; an option
+// whose values are short says how many it needs (and, for most, what it wants).
+TEST(ChartCli, OptionsRefusedWithTheirMessages) {
+    struct Case {
+        std::vector<std::string> args;
+        std::string err;
+    } cases[] = {
+        {{"list", "--root"}, "--root needs 1 value\n"},
+        {{"list", "--out"}, "--out needs 1 value\n"},
+        {{"list", "--date"}, "--date needs 1 value\n"},
+        {{"list", "--date", "2024061"}, "--date wants YYYYMMDD\n"},
+        {{"list", "--date", "2024O601"}, "--date wants YYYYMMDD\n"},
+        {{"list", "--size"}, "--size needs 1 value\n"},
+        {{"list", "--size", "800x0"}, "--size wants WxH, each 1 to 8000\n"},
+        {{"list", "--size", "8001x10"}, "--size wants WxH, each 1 to 8000\n"},
+        {{"list", "--size", "80*10"}, "--size wants WxH, each 1 to 8000\n"},
+        {{"list", "--plan"}, "--plan needs 1 value\n--plan wants a plan number\n"},
+        {{"list", "--plan", "100"}, "--plan wants a plan number\n"},
+        {{"list", "--plan", "-1"}, "--plan wants a plan number\n"},
+        {{"list", "--centre", "50"}, "--centre needs 2 values\n--centre wants LAT LON in degrees\n"},
+        {{"list", "--center", "91", "0"}, "--centre wants LAT LON in degrees\n"},
+        {{"list", "--centre", "50", "-181"}, "--centre wants LAT LON in degrees\n"},
+        {{"list", "--pixel-size", "15"}, "--pixel-size wants 16 to 1024\n"},
+        {{"list", "--pixel-size", "1025"}, "--pixel-size wants 16 to 1024\n"},
+        {{"list", "--palette", "3"}, "--palette wants 0, 1 or 2\n"},
+        {{"list", "--palette"}, "--palette needs 1 value\n--palette wants 0, 1 or 2\n"},
+        {{"list", "--vessel", "50", "-12"}, "--vessel needs 3 values\n--vessel wants LAT LON HEADING [SOG COG]\n"},
+        {{"list", "--vessel", "50", "-12", "north"}, "--vessel wants LAT LON HEADING [SOG COG]\n"},
+        {{"list", "--predictor", "soon"}, "--predictor wants minutes\n"},
+        {{"list", "--lores", "--bogus"}, "unknown option --bogus\n"},
+    };
+    for (const Case& c : cases) {
+        RunResult r = Cli(c.args);
+        std::string expected;
+        for (size_t s = 0, e; s < c.err.size(); s = e + 1) {
+            e = c.err.find('\n', s);
+            expected += "ombra-cli chart: " + c.err.substr(s, e - s + 1);
+        }
+        EXPECT_EQ(r.exitCode, 2) << c.args[1];
+        EXPECT_EQ(r.err, expected) << c.args[1];
+        EXPECT_EQ(r.out, "");
+    }
+}
+
+// Options take their values wherever they stand; the vessel takes SOG and
+// COG only when both are numbers, and what follows stays an argument.
+TEST(ChartCli, OptionValuesAndPositionals) {
+    TempDir root;
+    ASSERT_EQ(Cli({"make-demo", "--root", root.path()}).exitCode, 0);
+    RunResult r = Cli({"--exact", "pixel", "4000", "--root", root.path(), "0", "50", "-12.0123457"});
+    EXPECT_EQ(r.exitCode, 2) << "the subcommand comes first";
+    r = Cli({"pixel", "4000", "--root", root.path(), "0", "50.01", "--exact", "-12.0123457"});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    std::istringstream xy(r.out);
+    double x, y;
+    ASSERT_TRUE(xy >> x >> y);
+    EXPECT_NE(x, std::floor(x)) << "--exact prints the fraction";
+    r = Cli({"render", "4000", "--root", root.path(), "--vessel", "50", "-12", "45", "5", "--out", root / "v.png"});
+    EXPECT_EQ(r.exitCode, 2) << "a lone SOG is an extra argument";
+    r = Cli({"render", "4000", "--root", root.path(), "--vessel", "50", "-12", "45", "5", "90", "--size", "64x48", "--out",
+             root / "v.png"});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    for (const char* q : {"pixel", "position"}) {
+        r = Cli({q, "4000", "7", "1", "1", "--root", root.path()});
+        EXPECT_EQ(r.exitCode, 1) << q;
+        EXPECT_EQ(r.err, std::string("ombra-cli chart: the ") + (q == std::string("pixel") ? "position" : "pixel") +
+                             " cannot be mapped on plan 7\n");
+    }
 }
 
 }  // namespace

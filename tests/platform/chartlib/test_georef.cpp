@@ -186,6 +186,68 @@ TEST(Georef, DamagedTextIsRefused) {
     EXPECT_FALSE(b.FromText("GEOREF=1\r\nPROJECTION=POLYNOMIAL\r\nPOLYX=1,2,3\r\n", why));
 }
 
+// Each key of the text form refuses its own damage with its own message;
+// unknown keys are passed over and nothing after END is read.
+TEST(Georef, TextKeysAndTheirRefusals) {
+    std::string why;
+    PlanGeoref projected, polynomial;
+    ASSERT_TRUE(projected.Fit(MercatorSource(0.45), why)) << why;
+    PlanGeorefSource ps = MercatorSource(0);
+    ps.Projection = ProjectionKind::Polynomial;
+    ASSERT_TRUE(polynomial.Fit(ps, why)) << why;
+    ASSERT_EQ(polynomial.Kind(), ProjectionKind::Polynomial);
+    const std::string texts[] = {projected.ToText(), polynomial.ToText()};
+    struct Case {
+        int text;  // 0 projected, 1 polynomial
+        std::string from, to, message;  // message "" when the text still reads
+    } cases[] = {
+        {0, "LONREF=", "LONREF=400\r\nX=", "the plan's reference longitude is damaged"},
+        {0, "LONREF=", "LONREF=1,2\r\nX=", "the plan's reference longitude is damaged"},
+        {0, "TPSPOINT=", "TPSPOINT=1,2,3\r\nX=", "the plan's correction is damaged"},
+        {0, "AFFINE=", "AFFINE=0,0,0,0,0,0\r\nX=", "the plan's affine map cannot be inverted"},
+        {0, "PROJECTION=MERCATOR", "PROJECTION=mercator", "the plan names an unknown projection"},
+        {0, "GEOREF=1", "GEOREF=1\r\nWHATEVER=1,2\r\nGEOREF", ""},
+        {0, "SHIFT=NONE", "SHIFT=NONE\r\nEND\r\nREF=damaged", ""},
+        {0, "SHIFT=NONE", "SHIFT=3,-4", ""},
+        {0, "\r\n", "\n", ""},
+        {1, "POLYCENTRE=", "POLYCENTRE=1\r\nX=", "the plan's polynomial centre is damaged"},
+        {1, "POLYX=", "POLYX=1,2\r\nX=", "the plan's polynomial is damaged"},
+        {1, "SEEDY=", "SEEDY=1,2,3,4,5,6,7,8,9,10,11\r\nX=", "the plan's polynomial is damaged"},
+        {1, "SEEDX=", "XSEEDX=", "the plan's polynomial is incomplete"},
+        {1, "GEOREF=1\r\n", "", "the plan has no georeferencing"},
+    };
+    for (const Case& c : cases) {
+        std::string t = texts[c.text];
+        size_t at = t.find(c.from);
+        ASSERT_NE(at, std::string::npos) << c.from;
+        t.replace(at, c.from.size(), c.to);
+        if (c.from == "\r\n")
+            for (size_t p; (p = t.find("\r\n")) != std::string::npos;) t.replace(p, 2, "\n");
+        PlanGeoref g;
+        why.clear();
+        EXPECT_EQ(g.FromText(t, why), c.message.empty()) << c.to;
+        EXPECT_EQ(why, c.message) << c.to;
+    }
+    std::string endless = texts[0];
+    endless.insert(endless.find("END"), std::string(50000, '\n'));
+    PlanGeoref g;
+    EXPECT_FALSE(g.FromText(endless, why));
+    EXPECT_EQ(why, "the plan's georeferencing is too long");
+}
+
+// The shift read back is the one written, whatever came before it.
+TEST(Georef, LaterShiftLinesOverrideEarlierOnes) {
+    PlanGeoref a, b;
+    std::string why;
+    ASSERT_TRUE(a.Fit(MercatorSource(0), why));
+    std::string t = a.ToText();
+    t.replace(t.find("SHIFT=NONE"), 10, "SHIFT=3,-4\r\nSHIFT=-1.5,2");
+    ASSERT_TRUE(b.FromText(t, why)) << why;
+    EXPECT_TRUE(b.HasShift());
+    EXPECT_EQ(b.ShiftLatSeconds(), -1.5);
+    EXPECT_EQ(b.ShiftLonSeconds(), 2.0);
+}
+
 TEST(Georef, ChartPolynomialsAreUsedWhenTheyAgreeWithTheirPoints) {
     // An unknown projection whose WPX/WPY are exact affine maps of (lon, lat).
     PlanGeorefSource s;

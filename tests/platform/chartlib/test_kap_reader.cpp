@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
+#include <sstream>
+#include <map>
 #include <fstream>
 
+#include "core/Format.h"
 #include "core/Val.h"
 #include "platform/chartlib/KapReader.h"
 #include "platform/chartlib/OmbraChartLibrary.h"
@@ -153,6 +157,113 @@ TEST(KapReader, HeaderFieldsAndContinuations) {
     EXPECT_EQ(chartlib::KapField("BSB/NA=BAY, NORTH PART,NU=12,RA=10,20,DU=254", "NA"), "BAY, NORTH PART");
     EXPECT_EQ(chartlib::KapField("BSB/NA=BAY, NORTH PART,NU=12,RA=10,20,DU=254", "RA"), "10,20");
     EXPECT_EQ(chartlib::KapField("BSB/NA=X,NU=,RA=1,1", "NU"), "");
+}
+
+// The header of a small chart with `lines` added at its end (later
+// records override earlier ones).
+std::string WithHeaderLines(const std::string& lines) {
+    KapShape shape;
+    shape.Dtm = false;
+    std::string b = WriteKap(shape);
+    b.insert(b.find('\x1a'), lines);
+    return b;
+}
+
+// Fields of a header as text, by the names the table below uses.
+std::string HeaderField(const chartlib::KapHeader& h, const std::string& name) {
+    auto list = [](const std::vector<double>& v) {
+        std::string s;
+        for (double d : v) s += (s.empty() ? "" : ",") + Format(d, "0.0##");
+        return s;
+    };
+    auto colour = [](const std::vector<int64_t>& t, size_t i) {
+        if (i >= t.size() || t[i] < 0) return std::string("-");
+        return std::to_string((t[i] >> 16) & 255) + "." + std::to_string((t[i] >> 8) & 255) + "." + std::to_string(t[i] & 255);
+    };
+    const std::map<std::string, std::function<std::string()>> fields = {
+        {"name", [&] { return h.Name; }},
+        {"number", [&] { return h.Number; }},
+        {"size", [&] { return std::to_string(h.Width) + "x" + std::to_string(h.Height); }},
+        {"version", [&] { return h.Version; }},
+        {"knp", [&] { return h.Scale + "|" + h.Datum + "|" + h.Projection + "|" + h.ProjectionParameter + "|" + h.DepthUnits; }},
+        {"knq", [&] { return h.P2 + "|" + h.P3; }},
+        {"day2", [&] { return colour(h.Day, 2); }},
+        {"day3", [&] { return colour(h.Day, 3); }},
+        {"dusk2", [&] { return colour(h.Dusk, 2); }},
+        {"night3", [&] { return colour(h.Night, 3); }},
+        {"rgb3", [&] { return colour(h.Rgb, 3); }},
+        {"rgb20", [&] { return colour(h.Rgb, 20); }},
+        {"colours", [&] { return std::to_string(h.ColourCount); }},
+        {"wpx", [&] { return std::to_string(h.WpxOrder) + ":" + list(h.Wpx); }},
+        {"wpy", [&] { return std::to_string(h.WpyOrder) + ":" + list(h.Wpy); }},
+        {"pwx", [&] { return std::to_string(h.PwxOrder) + ":" + list(h.Pwx); }},
+        {"pwy", [&] { return std::to_string(h.PwyOrder) + ":" + list(h.Pwy); }},
+        {"dtm", [&] { return h.HasDtm ? Format(h.DtmLat, "0.0") + "," + Format(h.DtmLon, "0.0") : "none"; }},
+        {"ifm", [&] { return std::to_string(h.Ifm); }},
+        {"edition", [&] { return h.EditionDate; }},
+        {"comment", [&] { return h.Comments.empty() ? "" : h.Comments.back(); }},
+        {"refs", [&] { return std::to_string(h.Refs.size()) + "," + std::to_string(h.Outline.size()); }},
+        {"lastref", [&] { return Format(h.Refs.back().lat, "0.00") + "," + Format(h.Refs.back().lon, "0.00"); }},
+    };
+    auto f = fields.find(name);
+    return f == fields.end() ? "(no field " + name + ")" : f->second();
+}
+
+TEST(KapReader, EachHeaderRecordFillsItsFields) {
+    struct Case {
+        const char* lines;   // added at the end of the header
+        const char* fields;  // names for HeaderField, blank-separated
+        std::string want;    // their texts, blank-separated
+    } cases[] = {
+        {"NOS/NA=OLD,RA=1,2,120,80", "name size", "OLD 120x80"},
+        {"NOS/RA=120,80", "size", "120x80"},
+        {"bsb/NA=LOWER CASE,NU=12,RA=90,60", "name number size", "LOWER CASE 12 90x60"},
+        {"VER/ 3.07 ", "version", "3.07"},
+        {"KNP/SC=12500,GD=NAD83,PR=LAMBERT CONFORMAL CONIC,PP=-96", "knp", "12500|NAD83|LAMBERT CONFORMAL CONIC|-96|"},
+        {"KNQ/P1=UNKNOWN,P2=33.5,P3=45", "knq", "33.5|45"},
+        {"DAY/2,0,0,255\r\nDSK/2,0,255,0\r\nNGT/3,255,0,0", "day2 dusk2 night3 day3", "0.0.255 0.255.0 255.0.0 -"},
+        {"RGB/3,300,-5,x", "rgb3", "255.0.0"},
+        {"RGB/40,1,2,3", "colours", "40"},
+        {"RGB/20,1,2", "rgb20 colours", "- 15"},
+        {"WPX/2,1.5,x,2.5\r\nPWY/1,4,5,6", "wpx pwy", "2:1.5,2.5 1:4.0,5.0,6.0"},
+        {"WPY/x,1,2", "wpy", "-1:"},
+        {"PWX/3,1,2,3,4,5,6,7,8,9,10,11,12", "pwx", "3:1.0,2.0,3.0,4.0,5.0,6.0,7.0,8.0,9.0,10.0"},
+        {"DTM/1.5", "dtm", "none"},
+        {"DTM/1.5,-2", "dtm", "1.5,-2.0"},
+        {"IFM/999", "ifm", "255"},
+        {"CED/SE=5,ED=25/12/99", "edition", "19991225"},
+        {"CED/ED=2020-13-01", "edition", ""},
+        {"!  a note  ", "comment", "a note"},
+        {"REF/9,1,2,3\r\nPLY/9,50", "refs", "7,4"},
+        {"REF/8,10,20,50.5,-12.25", "lastref", "50.50,-12.25"},
+        {"XYZ/NA=IGNORED\r\nBSBX/NA=IGNORED", "name", "TEST CHART"},
+    };
+    for (const Case& c : cases) {
+        KapReader r;
+        ASSERT_TRUE(r.Open(WithHeaderLines(std::string(c.lines) + "\r\n"))) << c.lines << ": " << r.Error();
+        std::string got;
+        std::istringstream names(c.fields);
+        for (std::string name; names >> name;) got += (got.empty() ? "" : " ") + HeaderField(r.Header(), name);
+        EXPECT_EQ(got, c.want) << c.lines;
+    }
+}
+
+TEST(KapReader, HeaderRecordsThatRefuseTheFile) {
+    struct Case {
+        const char* line;
+        std::string message;
+    } cases[] = {
+        {"RGB/128,1,2,3", "The chart file's colour table has an entry 128 out of range."},
+        {"DAY/200,1,2,3", "The chart file's colour table has an entry 200 out of range."},
+        {"NGT/-1,1,2,3", "The chart file's colour table has an entry -1 out of range."},
+        {"BSB/RA=-5,7", "The chart file does not give its size (BSB/RA=)."},
+        {"NOS/RA=1,2,0,80", "The chart file does not give its size (BSB/RA=)."},
+    };
+    for (const Case& c : cases) {
+        KapReader r;
+        EXPECT_FALSE(r.Open(WithHeaderLines(std::string(c.line) + "\r\n"))) << c.line;
+        EXPECT_EQ(r.Error(), c.message) << c.line;
+    }
 }
 
 TEST(KapReader, RowOnePixelShortIsCompletedWithZero) {
