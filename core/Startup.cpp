@@ -179,7 +179,7 @@ bool Startup::Main(const std::string& commandLine, const std::string& exePath, c
         g_.StartupStage = "ToolTips";
     });
     Step([&] {
-        steps_.ApplyPaletteMode(int16_t(Val(reg_.GetSetting(Key::PaletteMode))));
+        steps_.ApplyPaletteMode(int16_t(reg_.GetNumber(Key::PaletteMode)));
         steps_.ReadLastFileDataStamp();
     });
     Step([&] { steps_.ReadBoatOutline(g_.AppPath + "Dat\\Vessel.CSV"); });
@@ -200,11 +200,11 @@ bool Startup::Main(const std::string& commandLine, const std::string& exePath, c
     Step([&] {
         steps_.CreateMainWindow("Vestrane " + g_.ProductName);
         g_.StartupStage = "frmMain";
-        double l = Val(reg_.GetSetting(Key::WindowLeft));
-        double t = Val(reg_.GetSetting(Key::WindowTop));
-        double w = Val(reg_.GetSetting(Key::WindowWidth));
-        double h = Val(reg_.GetSetting(Key::WindowHeight));
-        int state = int(Val(reg_.GetSetting(Key::WindowState)));
+        double l = reg_.GetNumber(Key::WindowLeft);
+        double t = reg_.GetNumber(Key::WindowTop);
+        double w = reg_.GetNumber(Key::WindowWidth);
+        double h = reg_.GetNumber(Key::WindowHeight);
+        int state = int(reg_.GetNumber(Key::WindowState));
         steps_.ApplyWindowState(state);
         if (l != -1.0 && t != -1.0 && w != -1.0 && h != -1.0) steps_.ApplyWindowRect(l, t, w, h);
     });
@@ -224,7 +224,7 @@ bool Startup::Main(const std::string& commandLine, const std::string& exePath, c
     });
     Step([&] {
         int colours = steps_.DisplayColours();
-        bool warned = Val(reg_.GetSetting(Key::ColourWarning)) != 0.0;
+        bool warned = reg_.GetNumber(Key::ColourWarning) != 0.0;
         bool few = colours != -1 && colours <= 256;
         if (!warned && few) {
             steps_.ShowColourWarning();
@@ -252,8 +252,8 @@ bool Startup::Main(const std::string& commandLine, const std::string& exePath, c
             steps_.OpenChartAt(g_.CommandLat, g_.CommandLon);
             return;
         }
-        int initial = int(Val(reg_.GetSetting(Key::InitialSelect)));
-        int autoGPS = int(Val(reg_.GetSetting(Key::AutoStartupGPS)));
+        int initial = int(reg_.GetNumber(Key::InitialSelect));
+        int autoGPS = int(reg_.GetNumber(Key::AutoStartupGPS));
         bool yes;
         if (autoGPS == 0) {
             yes = dialogs_.MsgBox("Do you want to connect to your GPS set now.",

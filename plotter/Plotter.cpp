@@ -144,7 +144,7 @@ void Plotter::ApplyOptions(const OptionsValues& values) {
     errors.Guard("FrmOptions", [&] {
         SaveOptions(registry, units, values);
         display = LoadDisplayOptions(registry);
-        instruments.vessel.AutoscrollTime = float(Val(registry.GetSetting(Key::AutoscrollTime)));
+        instruments.vessel.AutoscrollTime = float(registry.GetNumber(Key::AutoscrollTime));
     });
 }
 

@@ -38,7 +38,7 @@ NavObjectCommands::~NavObjectCommands() {
     if (relay_.windows == this) relay_.windows = nullptr;
 }
 
-int16_t NavObjectCommands::WPMode() const { return int16_t(Val(reg_.GetSetting(Key::WPMode))); }
+int16_t NavObjectCommands::WPMode() const { return int16_t(reg_.GetNumber(Key::WPMode)); }
 
 bool NavObjectCommands::NeedsDatabase(bool open, const char* title, const char* text) {
     if (open) return true;
