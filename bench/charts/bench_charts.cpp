@@ -8,15 +8,9 @@
 #include <filesystem>
 #include <random>
 
-#include "charts/ChartModule.h"
-#include "core/ErrorReport.h"
 #include "core/Paths.h"
-#include "core/Registry.h"
-#include "core/Units.h"
 #include "platform/chartlib/ImageCanvas.h"
-#include "platform/chartlib/OmbraChartLibrary.h"
-#include "platform/fake/MemorySettings.h"
-#include "platform/fake/ScriptedDialogs.h"
+#include "tests/support/ChartRig.h"
 
 namespace ombra {
 namespace {
@@ -83,15 +77,7 @@ void BM_EngineOpen_10000x8000(benchmark::State& state) {
 }
 BENCHMARK(BM_EngineOpen_10000x8000)->Unit(benchmark::kMillisecond);
 
-struct World {
-    ScriptedDialogs dialogs;
-    std::string product = "Tarnel";
-    ErrorReporter errors{dialogs, product};
-    MemorySettings settings;
-    Registry registry{settings, product};
-    Units units;
-    chartlib::OmbraChartLibrary library;
-    ChartModule charts{library, dialogs, errors, registry, product, units};
+struct World : test::ChartRig {
     World() {
         charts.SetRoot(Chart().root);
         charts.View.SetViewSize(1920, 1080);

@@ -6,13 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "charts/ChartModule.h"
-#include "core/ErrorReport.h"
-#include "core/Registry.h"
-#include "core/Units.h"
-#include "platform/chartlib/OmbraChartLibrary.h"
-#include "platform/fake/MemorySettings.h"
-#include "platform/fake/ScriptedDialogs.h"
+#include "tests/support/ChartRig.h"
 #include "tests/support/TestSupport.h"
 
 namespace ombra::test {
@@ -37,17 +31,9 @@ struct FixtureChart {
 FixtureChart DefaultFixture();
 
 // Everything the chart modules need, over a temporary chart root.
-struct ChartWorld {
+struct ChartWorld : ChartRig {
     ChartWorld();
     TempDir root;
-    ScriptedDialogs dialogs;
-    std::string product = "Tarnel";
-    ErrorReporter errors{dialogs, product};
-    MemorySettings settings;
-    Registry registry{settings, product};
-    Units units;
-    chartlib::OmbraChartLibrary library;
-    ChartModule charts{library, dialogs, errors, registry, product, units};
 
     // Installs a fixture chart; false with the message in `why`.
     bool Install(const FixtureChart& chart, const std::string& issueDate = "20240601", std::string* why = nullptr);

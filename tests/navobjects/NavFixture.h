@@ -11,17 +11,11 @@
 #include <string>
 #include <vector>
 
-#include "core/ErrorReport.h"
-#include "core/Registry.h"
-#include "core/Startup.h"
-#include "core/Units.h"
 #include "navobjects/NavChart.h"
 #include "navobjects/NavHost.h"
 #include "navobjects/NavObjects.h"
 #include "navobjects/NavStore.h"
-#include "platform/fake/ManualClock.h"
-#include "platform/fake/MemorySettings.h"
-#include "platform/fake/ScriptedDialogs.h"
+#include "tests/support/Rig.h"
 #include "tests/support/TestSupport.h"
 
 namespace ombra::test {
@@ -130,16 +124,8 @@ private:
 };
 
 // Everything a store is built with, over a temporary user data root.
-struct NavWorld {
+struct NavWorld : FakePlatform {
     TempDir dir;
-    MemorySettings settings;
-    ScriptedDialogs dialogs;
-    ManualClock clock;
-    NoEvents events;
-    Globals globals;
-    Registry reg{settings, globals.ProductName};
-    ErrorReporter errors{dialogs, globals.ProductName};
-    Units units;
     FakeChart chart;
     ScriptedHost host;
     NavContext ctx{reg, dialogs, errors, units, clock, events, chart, host, globals};
