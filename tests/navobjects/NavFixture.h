@@ -15,6 +15,7 @@
 #include "navobjects/NavHost.h"
 #include "navobjects/NavObjects.h"
 #include "navobjects/NavStore.h"
+#include "navobjects/Symbols.h"
 #include "tests/support/Rig.h"
 #include "tests/support/TestSupport.h"
 
@@ -137,6 +138,27 @@ struct NavWorld : FakePlatform {
     std::string Path(const std::string& rel) const { return dir.path() + "/" + rel; }
     std::vector<std::string> Messages() const;  // every message box's text
     std::vector<std::string> Errors() const;    // the error reports' texts
+};
+
+// One store on a fresh world, its folder made.
+template <class Store>
+struct StoreTest : ::testing::Test {
+    NavWorld w;
+    SymbolStrips symbols;
+    Store store{w.ctx, symbols};
+    void SetUp() override { store.InitData(); }
+    // A file in the store's folder: "Routes/vst00001.rte".
+    std::string FolderFile(const std::string& name) const {
+        return w.Path(std::string(store.Kind().folder) + "/" + name);
+    }
+    // The bytes as the index's only database, `indexName`, selected.
+    void OpenBytes(const std::string& bytes, const std::string& indexName) {
+        const std::string ext = store.Kind().extension;
+        WriteFile(FolderFile("vst00001." + ext), bytes);
+        WriteFile(FolderFile("vst00000." + ext), "\"" + indexName + "\",\"vst00001." + ext + "\"\r\n");
+        w.host.listPicks.push_back(0);
+        ASSERT_TRUE(store.SelectDB());
+    }
 };
 
 // All the stores, each with a database open: Marks, Routes and Areas.
