@@ -82,6 +82,13 @@ struct World : test::ChartRig {
         charts.SetRoot(Chart().root);
         charts.View.SetViewSize(1920, 1080);
     }
+    // The big chart open at full resolution (or at `pixelSize`), centred.
+    void OpenCentred(int16_t pixelSize = 0) {
+        charts.Charts.NewChart("8000");
+        charts.View.ShowHiRes();
+        if (pixelSize) charts.View.SetPixelSize(pixelSize);
+        charts.View.CentreOnPixel(5000, 4000);
+    }
 };
 
 void BM_NewChart_10000x8000(benchmark::State& state) {
@@ -98,9 +105,7 @@ void BM_RedrawCold_1920x1080(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         World w;
-        w.charts.Charts.NewChart("8000");
-        w.charts.View.ShowHiRes();
-        w.charts.View.CentreOnPixel(5000, 4000);
+        w.OpenCentred();
         Image store;
         state.ResumeTiming();
         w.library.RedrawChart(store, w.charts.View.View(), 3);
@@ -113,9 +118,7 @@ BENCHMARK(BM_RedrawCold_1920x1080)->Unit(benchmark::kMillisecond);
 // RedrawNavCanvas (paint, copy to the canvas, layers, vessel).
 void BM_RedrawCached_1920x1080(benchmark::State& state) {
     World w;
-    w.charts.Charts.NewChart("8000");
-    w.charts.View.ShowHiRes();
-    w.charts.View.CentreOnPixel(5000, 4000);
+    w.OpenCentred();
     Image store;
     w.library.RedrawChart(store, w.charts.View.View(), 3);
     for (auto _ : state) {
@@ -127,9 +130,7 @@ BENCHMARK(BM_RedrawCached_1920x1080)->Unit(benchmark::kMillisecond);
 
 void BM_RedrawNavCanvasCached_1920x1080(benchmark::State& state) {
     World w;
-    w.charts.Charts.NewChart("8000");
-    w.charts.View.ShowHiRes();
-    w.charts.View.CentreOnPixel(5000, 4000);
+    w.OpenCentred();
     Image target(1920, 1080);
     chartlib::ImageCanvas canvas(target);
     w.charts.View.RedrawNavCanvas(canvas);
@@ -143,10 +144,7 @@ BENCHMARK(BM_RedrawNavCanvasCached_1920x1080)->Unit(benchmark::kMillisecond);
 // Pixel zoom out (PixelSize 64): each screen pixel samples 2 x 2 chart pixels.
 void BM_RedrawCachedReduced_1920x1080(benchmark::State& state) {
     World w;
-    w.charts.Charts.NewChart("8000");
-    w.charts.View.ShowHiRes();
-    w.charts.View.SetPixelSize(64);
-    w.charts.View.CentreOnPixel(5000, 4000);
+    w.OpenCentred(64);
     w.library.SetTileCacheCapacity(1024);
     Image store;
     w.library.RedrawChart(store, w.charts.View.View(), 3);
