@@ -3,6 +3,7 @@
 // moved, dropped and edited, chains shown, hidden and centred on; and the
 // one reader of the store files' header and records, over all three files.
 #include <memory>
+#include <ostream>
 
 #include "navobjects/Boundaries.h"
 #include "navobjects/Routes.h"
@@ -95,6 +96,8 @@ struct ChainKind {
     const char* editLabel;
     const char* centreTitle;
 };
+
+void PrintTo(const ChainKind& k, std::ostream* os) { *os << k.kind; }
 
 const ChainKind kKinds[] = {
     {"routes", [](NavObjects& n) -> std::unique_ptr<ChainProbe> { return std::make_unique<RouteProbe>(n.routes); },
