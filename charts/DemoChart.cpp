@@ -9,6 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "core/Angles.h"
+
 namespace ombra {
 
 namespace {
@@ -16,7 +18,6 @@ namespace {
 using GeographicLib::Math;
 
 constexpr double kPi = 3.14159265358979323846;
-constexpr double kDeg = kPi / 180.0;
 const double kE = std::sqrt(GeographicLib::Constants::WGS84_f() * (2 - GeographicLib::Constants::WGS84_f()));
 
 constexpr double kLat0 = 50.0, kLon0 = -12.0;  // island centre
@@ -44,17 +45,17 @@ const PalEntry kPal[Count] = {
 uint32_t Argb(Colour c) { return 0xFF000000u | uint32_t(MakeRgb(kPal[c].r, kPal[c].g, kPal[c].b)); }
 Rgb RgbOf(Colour c) { return MakeRgb(kPal[c].r, kPal[c].g, kPal[c].b); }
 
-double Psi(double latDeg) { return std::asinh(Math::taupf(std::tan(latDeg * kDeg), kE)); }
-double LatOfPsi(double psi) { return std::atan(Math::tauf(std::sinh(psi), kE)) / kDeg; }
+double Psi(double latDeg) { return std::asinh(Math::taupf(std::tan(latDeg * kDegToRad), kE)); }
+double LatOfPsi(double psi) { return std::atan(Math::tauf(std::sinh(psi), kE)) / kDegToRad; }
 
 // Local plane of the island: east and north in nautical miles.
 void Local(double lat, double lon, double& e, double& n) {
-    e = (lon - kLon0) * 60.0 * std::cos(kLat0 * kDeg);
+    e = (lon - kLon0) * 60.0 * std::cos(kLat0 * kDegToRad);
     n = (lat - kLat0) * 60.0;
 }
 void FromLocal(double e, double n, double& lat, double& lon) {
     lat = kLat0 + n / 60.0;
-    lon = kLon0 + e / (60.0 * std::cos(kLat0 * kDeg));
+    lon = kLon0 + e / (60.0 * std::cos(kLat0 * kDegToRad));
 }
 
 double IslandRadius(double theta) {
@@ -140,7 +141,7 @@ DemoChart::DemoChart() {
     main_.Y0 = kMargin;
     main_.PixPerLon = kMainPixPerDeg;
     main_.NorthTop = Psi(main_.LatN);
-    double mainH = (Psi(main_.LatN) - Psi(main_.LatS)) * kMainPixPerDeg / kDeg;
+    double mainH = (Psi(main_.LatN) - Psi(main_.LatS)) * kMainPixPerDeg / kDegToRad;
     width_ = int(std::ceil((main_.LonE - main_.LonW) * kMainPixPerDeg)) + 2 * kMargin;
     height_ = int(std::ceil(mainH)) + 2 * kMargin;
 
@@ -157,7 +158,7 @@ DemoChart::DemoChart() {
     insetX0_ = int(inset_.X0);
     insetY0_ = int(inset_.Y0);
     insetX1_ = int(std::ceil(inset_.X0 + (inset_.LonE - inset_.LonW) * kInsetPixPerDeg));
-    insetY1_ = int(std::ceil(inset_.Y0 + (Psi(inset_.LatN) - Psi(inset_.LatS)) * kInsetPixPerDeg / kDeg));
+    insetY1_ = int(std::ceil(inset_.Y0 + (Psi(inset_.LatN) - Psi(inset_.LatS)) * kInsetPixPerDeg / kDegToRad));
 }
 
 LatLong DemoChart::IslandCentre() { return {kLon0 * 3600.0, kLat0 * 3600.0}; }
@@ -179,13 +180,13 @@ double DemoChart::DepthAt(const LatLong& pos) {
 bool DemoChart::PlanPixel(const PlanFrame& f, double lat, double lon, double& x, double& y) const {
     if (!(std::fabs(lat) < 89)) return false;
     x = f.X0 + (lon - f.LonW) * f.PixPerLon;
-    y = f.Y0 + (f.NorthTop - Psi(lat)) * f.PixPerLon / kDeg;
+    y = f.Y0 + (f.NorthTop - Psi(lat)) * f.PixPerLon / kDegToRad;
     return true;
 }
 
 void DemoChart::PlanPosition(const PlanFrame& f, double x, double y, double& lat, double& lon) const {
     lon = f.LonW + (x - f.X0) / f.PixPerLon;
-    lat = LatOfPsi(f.NorthTop - (y - f.Y0) * kDeg / f.PixPerLon);
+    lat = LatOfPsi(f.NorthTop - (y - f.Y0) * kDegToRad / f.PixPerLon);
 }
 
 bool DemoChart::PixelOf(int plan, const LatLong& pos, double& x, double& y) const {
@@ -414,7 +415,7 @@ void DemoChart::DrawCompassRose(Canvas& c) const {
     c.SetPen({RgbOf(Magenta), 1, PenStyle::Solid});
     c.Ellipse({o.x - 80, o.y - 80, o.x + 81, o.y + 81});
     for (int deg = 0; deg < 360; deg += 5) {
-        double a = deg * kDeg;
+        double a = deg * kDegToRad;
         int inner = deg % 30 == 0 ? 92 : deg % 10 == 0 ? 100 : 104;
         c.Line({o.x + int32_t(std::lround(std::sin(a) * inner)), o.y - int32_t(std::lround(std::cos(a) * inner))},
                {o.x + int32_t(std::lround(std::sin(a) * 110)), o.y - int32_t(std::lround(std::cos(a) * 110))});

@@ -499,7 +499,7 @@ void Display::DrawVessel(Canvas& canvas) {
     double x0, y0, x1, y1, northAngle = 0;
     LatLong north{v.Pos.Long, v.Pos.Lat + 6.0};
     if (lib_.PositionToPixel(1, int16_t(p), v.Pos, x0, y0) && lib_.PositionToPixel(1, int16_t(p), north, x1, y1))
-        northAngle = std::atan2(x1 - x0, -(y1 - y0)) * 180.0 / M_PI;
+        northAngle = std::atan2(x1 - x0, -(y1 - y0)) * kRadToDeg;
     double heading = v.Heading >= 0 ? v.Heading : v.COG;
     double ppm = lib_.GetPixelsPerNM(int16_t(p)) / 1852.0 / std::max(1e-6, double(view_.ViewFactor));
     if (v.Predictor && v.SOG > 0 && v.PredictorTime > 0) {

@@ -12,7 +12,7 @@ namespace {
 const Key kCoDist[4] = {Key::CoDist1, Key::CoDist2, Key::CoDist3, Key::CoDist4};
 
 int16_t LabelMode(const Registry& reg, Key k) {
-    double v = Val(reg.GetSetting(k));
+    double v = reg.GetNumber(k);
     return (v >= 0 && v <= 3) ? int16_t(v) : 0;
 }
 }  // namespace
@@ -21,7 +21,7 @@ DisplayOptions LoadDisplayOptions(const Registry& reg) {
     DisplayOptions d;
     d.ZoomRect = reg.IsTrue(Key::ZoomRect);
     d.ActiveCoord = reg.IsTrue(Key::ActiveCoord);
-    d.RangeDP = Val(reg.GetSetting(Key::RangeDP)) == 2 ? 2 : 3;
+    d.RangeDP = reg.GetNumber(Key::RangeDP) == 2 ? 2 : 3;
     for (int i = 0; i < 4; ++i) d.CoDist[i] = reg.IsTrue(kCoDist[i]);
     d.DisplayTypeWaypoint = LabelMode(reg, Key::DisplayTypeWaypoint);
     d.DisplayTypeRoute = LabelMode(reg, Key::DisplayTypeRoute);
@@ -62,7 +62,7 @@ OptionsValues LoadOptions(const Registry& reg, const Units& units) {
     v.XTEAlarmRangeText = RangeTextForUnit(reg.GetSetting(Key::XTEAlarmRange), units.DistanceUnit);
     v.PredictorTriggers = reg.IsTrue(Key::PredictorAlarmStatus);
     v.AutoscrollText = reg.GetSetting(Key::AutoscrollTime);
-    double g = Val(reg.GetSetting(Key::AutoStartupGPS));
+    double g = reg.GetNumber(Key::AutoStartupGPS);
     v.GPSStartOpt = (g >= 0 && g <= 2) ? int16_t(g) : 0;
     v.AutoChart = reg.IsTrue(Key::AutoStartupChart);
     v.ForceWGS84 = reg.IsTrue(Key::ForceWGS84Datum);

@@ -221,7 +221,7 @@ bool Startup::LoadComms() {
 }
 
 bool Startup::ApplyPalette() {
-    steps_.ApplyPaletteMode(int16_t(Val(reg_.GetSetting(Key::PaletteMode))));
+    steps_.ApplyPaletteMode(int16_t(reg_.GetNumber(Key::PaletteMode)));
     steps_.ReadLastFileDataStamp();
     return true;
 }
@@ -248,11 +248,11 @@ bool Startup::CreateMainWindow() {
 // are set (-1 is "never stored"). Nothing when the window was not made.
 bool Startup::PlaceMainWindow() {
     if (!windowMade_) return false;
-    double l = Val(reg_.GetSetting(Key::WindowLeft));
-    double t = Val(reg_.GetSetting(Key::WindowTop));
-    double w = Val(reg_.GetSetting(Key::WindowWidth));
-    double h = Val(reg_.GetSetting(Key::WindowHeight));
-    int state = int(Val(reg_.GetSetting(Key::WindowState)));
+    double l = reg_.GetNumber(Key::WindowLeft);
+    double t = reg_.GetNumber(Key::WindowTop);
+    double w = reg_.GetNumber(Key::WindowWidth);
+    double h = reg_.GetNumber(Key::WindowHeight);
+    int state = int(reg_.GetNumber(Key::WindowState));
     steps_.ApplyWindowState(state);
     if (l != -1.0 && t != -1.0 && w != -1.0 && h != -1.0) steps_.ApplyWindowRect(l, t, w, h);
     return true;
@@ -274,7 +274,7 @@ bool Startup::ShowMainWindow() {
 // again on a better display so that a later poor one warns anew.
 bool Startup::WarnOfFewColours() {
     int colours = steps_.DisplayColours();
-    bool warned = Val(reg_.GetSetting(Key::ColourWarning)) != 0.0;
+    bool warned = reg_.GetNumber(Key::ColourWarning) != 0.0;
     bool few = colours != -1 && colours <= 256;
     if (!warned && few) {
         steps_.ShowColourWarning();
@@ -315,8 +315,8 @@ bool Startup::StartGPSOrChart() {
         steps_.OpenChartAt(g_.CommandLat, g_.CommandLon);
         return true;
     }
-    int initial = int(Val(reg_.GetSetting(Key::InitialSelect)));
-    int autoGPS = int(Val(reg_.GetSetting(Key::AutoStartupGPS)));
+    int initial = int(reg_.GetNumber(Key::InitialSelect));
+    int autoGPS = int(reg_.GetNumber(Key::AutoStartupGPS));
     bool yes;
     if (autoGPS == 0) {
         yes = dialogs_.MsgBox("Do you want to connect to your GPS set now.",

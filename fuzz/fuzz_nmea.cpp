@@ -13,38 +13,16 @@
 #include <cstdint>
 #include <string>
 
-#include "core/ErrorReport.h"
-#include "core/Registry.h"
-#include "core/Startup.h"
-#include "core/Units.h"
-#include "instruments/HeadlessHooks.h"
-#include "instruments/Instruments.h"
 #include "instruments/NmeaText.h"
 #include "instruments/PositionFile.h"
 #include "platform/comms/LineQueue.h"
-#include "platform/comms/ScriptedComms.h"
-#include "platform/fake/ManualClock.h"
-#include "platform/fake/MemorySettings.h"
-#include "platform/fake/ScriptedDialogs.h"
+#include "tests/support/InstrumentsRig.h"
 
 namespace {
 
 using namespace ombra;
 
-struct Rig {
-    MemorySettings store;
-    Globals globals;
-    Registry reg{store, globals.ProductName};
-    Units units;
-    ManualClock clock;
-    NoEvents events;
-    ScriptedDialogs dialogs;
-    ErrorReporter errors{dialogs, globals.ProductName};
-    ScriptedComms ports;
-    HeadlessHooks hooks;
-    HeadlessChart chart;
-    Instruments ins{{reg, units, globals, clock, events, errors, ports, hooks, chart}};
-};
+using Rig = ombra::test::InstrumentsRig<>;
 
 }  // namespace
 

@@ -20,36 +20,31 @@ static void Check(bool ok) {
     if (!ok) std::abort();
 }
 
+// What a store reader keeps from `text`, written back in the present form,
+// must read again whole to as many records.
+template <class Record, class Read, class Write>
+static void RoundTrip(const std::string& text, Read read, Write write) {
+    std::string name = "index", name2;
+    std::vector<Record> kept, back;
+    read(text, name, kept);
+    Check(read(write("Ver 2.19", name, kept), name2, back).whole);
+    Check(back.size() == kept.size());
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
-    {
-        std::string name = "index";
-        std::vector<Waypoint> slots;
-        ReadWaypointFile(text, name, slots);
-        std::string again = WaypointFileText("Ver 2.19", name, slots), name2;
-        std::vector<Waypoint> back;
-        Check(ReadWaypointFile(again, name2, back).whole);
-        Check(back.size() == slots.size());
-    }
-    {
-        std::string name = "index";
-        std::vector<Route> routes;
-        ReadRouteFile(text, name, routes);
-        for (Route& r : routes) ComputeLegs(r);
-        std::string again = RouteFileText("Ver 2.19", name, routes), name2;
-        std::vector<Route> back;
-        Check(ReadRouteFile(again, name2, back).whole);
-        Check(back.size() == routes.size());
-    }
-    {
-        std::string name = "index";
-        std::vector<Boundary> slots;
-        ReadBoundaryFile(text, name, slots);
-        std::string again = BoundaryFileText("Ver 2.19", name, slots), name2;
-        std::vector<Boundary> back;
-        Check(ReadBoundaryFile(again, name2, back).whole);
-        Check(back.size() == slots.size());
-    }
+    RoundTrip<Waypoint>(text, ReadWaypointFile, WaypointFileText);
+    RoundTrip<Route>(
+        text,
+        [](const std::string& t, std::string& n, std::vector<Route>& v) {
+            ReadOutcome o = ReadRouteFile(t, n, v);
+            for (Route& r : v) ComputeLegs(r);
+            return o;
+        },
+        RouteFileText);
+    RoundTrip<Boundary>(
+        text, [](const std::string& t, std::string& n, std::vector<Boundary>& v) { return ReadBoundaryFile(t, n, v); },
+        BoundaryFileText);
     {
         std::vector<TrackSegment> track;
         ReadTrackText(text, track);

@@ -14,11 +14,11 @@ bool SettingFlag(const std::string& text) {
 
 namespace {
 int16_t Int16Of(const Registry& reg, Key k, int16_t fallback) {
-    double v = Val(reg.GetSetting(k));
+    double v = reg.GetNumber(k);
     return v >= -32768.0 && v <= 32767.0 ? int16_t(RoundEven(v)) : fallback;
 }
 int32_t Int32Of(const Registry& reg, Key k, int32_t fallback) {
-    double v = Val(reg.GetSetting(k));
+    double v = reg.GetNumber(k);
     return v >= -2147483648.0 && v <= 2147483647.0 ? int32_t(RoundEven(v)) : fallback;
 }
 }  // namespace
@@ -38,7 +38,7 @@ void CommSettings::Load(const Registry& reg) {
     AISPort = Int16Of(reg, Key::AISPort, 0);
     AISEnable = SettingFlag(reg.GetSetting(Key::AISEnable));
     AISUseGPSPort = SettingFlag(reg.GetSetting(Key::AISUseGPSPort));
-    AISTimeout = Val(reg.GetSetting(Key::AISTimeout));
+    AISTimeout = reg.GetNumber(Key::AISTimeout);
     ARPAPort = Int16Of(reg, Key::ARPAPort, 0);
     ARPABaudRate = Int32Of(reg, Key::ARPABaudRate, 4800);
     AISBaudRate = ARPABaudRate;  // one stored rate for both

@@ -2,13 +2,13 @@
 
 #include <cmath>
 
+#include "core/Angles.h"
 #include "core/Registry.h"
 #include "instruments/CommSettings.h"
 
 namespace ombra {
 
 namespace {
-constexpr double kDeg = 0.017453292519944444;
 
 // Each row's key; a key may show more than one row (a position is two).
 struct RowKey {
@@ -133,7 +133,7 @@ CrossTrack CrossTrackOf(double legCourse, double bearingTo, double distanceTo) {
         x.angle = A + 360.0 - B;
         x.mark = "L<<";
     }
-    x.distance = std::fabs(std::sin(x.angle * kDeg) * distanceTo);
+    x.distance = std::fabs(std::sin(x.angle * kDegToRad) * distanceTo);
     if (x.distance < 0.005) x.mark = ">><<";
     return x;
 }
@@ -142,11 +142,11 @@ bool CourseToSteer(double track, double speed, double set, double drift, double&
     if (!(speed > 0.0)) return false;
     // The stream's component across the track must be cancelled by the
     // vessel's; what is left along the track must still carry her forward.
-    double across = drift * std::sin((set - track) * kDeg);
+    double across = drift * std::sin((set - track) * kDegToRad);
     double s = -across / speed;
     if (s < -1.0 || s > 1.0) return false;
-    double off = std::asin(s) / kDeg;
-    double made = speed * std::cos(off * kDeg) + drift * std::cos((set - track) * kDeg);
+    double off = std::asin(s) / kDegToRad;
+    double made = speed * std::cos(off * kDegToRad) + drift * std::cos((set - track) * kDegToRad);
     if (!(made > 0.0)) return false;
     course = std::fmod(track + off + 360.0, 360.0);
     return true;

@@ -190,7 +190,7 @@ std::string DemoPassageLog() {
     auto vesselAt = [&](double t) {
         double theta = 2.0 * kPi * t / lap;  // bearing from the island, clockwise
         double radius = meanRadius + 0.25 * std::sin(3.0 * theta);
-        return DeadReckon(kIsland, std::fmod(theta * 180.0 / kPi + 200.0, 360.0), radius, 3600.0);
+        return DeadReckon(kIsland, std::fmod(theta * kRadToDeg + 200.0, 360.0), radius, 3600.0);
     };
     std::string log;
     log.reserve(size_t(lap) * 300);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "core/Angles.h"
 #include "core/ErrorReport.h"
 #include "core/Format.h"
 #include "core/GenFuncs.h"
@@ -18,7 +19,6 @@
 namespace ombra {
 
 namespace {
-constexpr double kDeg = 0.017453292519944444;
 
 }  // namespace
 
@@ -30,19 +30,19 @@ void VesselModule::LoadVesselSettings() {
         vessel.NameDisplay = r.IsTrue(Key::VesselNameDisplay);
         vessel.TrackMode = r.IsTrue(Key::VesselTrackMode);
         vessel.TrackTimeMode = r.IsTrue(Key::VesselTrackTimeMode);
-        vessel.TrackTimeInterval = float(Val(r.GetSetting(Key::VesselTrackTimeInterval)));
+        vessel.TrackTimeInterval = float(r.GetNumber(Key::VesselTrackTimeInterval));
         vessel.TrackCourseMode = r.IsTrue(Key::VesselTrackCourseMode);
-        vessel.TrackCourseChange = float(Val(r.GetSetting(Key::VesselTrackCourseChange)));
+        vessel.TrackCourseChange = float(r.GetNumber(Key::VesselTrackCourseChange));
         vessel.TrackDistanceMode = r.IsTrue(Key::VesselTrackDistanceMode);
-        vessel.TrackDistance = float(Val(r.GetSetting(Key::VesselTrackDistance)));
+        vessel.TrackDistance = float(r.GetNumber(Key::VesselTrackDistance));
         vessel.TrackDisplay = r.IsTrue(Key::VesselTrackDisplay);
-        double colour = Val(r.GetSetting(Key::VesselTrackColour));
-        double style = Val(r.GetSetting(Key::VesselTrackLineStyle));
+        double colour = r.GetNumber(Key::VesselTrackColour);
+        double style = r.GetNumber(Key::VesselTrackLineStyle);
         vessel.TrackColour = int16_t(colour >= -32768 && colour <= 32767 ? colour : 10);
         vessel.TrackLineStyle = int16_t(style >= -32768 && style <= 32767 ? style : 2);
         vessel.Predictor = r.IsTrue(Key::VesselPredictor);
-        vessel.PredictorTime = float(Val(r.GetSetting(Key::VesselPredictorTime)));
-        AutoscrollTime = float(Val(r.GetSetting(Key::AutoscrollTime)));
+        vessel.PredictorTime = float(r.GetNumber(Key::VesselPredictorTime));
+        AutoscrollTime = float(r.GetNumber(Key::AutoscrollTime));
         vessel.Heading = -1.0;
     });
 }
@@ -127,17 +127,17 @@ double VesselModule::Elapsed(double now, double since) const {
 }
 
 void VesselModule::WaterFromGround(double set, double drift) {
-    double x = vessel.SOG * std::sin(vessel.COG * kDeg) - drift * std::sin(set * kDeg);
-    double y = vessel.SOG * std::cos(vessel.COG * kDeg) - drift * std::cos(set * kDeg);
+    double x = vessel.SOG * std::sin(vessel.COG * kDegToRad) - drift * std::sin(set * kDegToRad);
+    double y = vessel.SOG * std::cos(vessel.COG * kDegToRad) - drift * std::cos(set * kDegToRad);
     vessel.SpeedWater = std::sqrt(x * x + y * y);
-    vessel.CourseWater = Fold360(std::atan2(x, y) / kDeg);
+    vessel.CourseWater = Fold360(std::atan2(x, y) / kDegToRad);
 }
 
 void VesselModule::GroundFromWater(double set, double drift) {
-    double x = vessel.SpeedWater * std::sin(vessel.CourseWater * kDeg) + drift * std::sin(set * kDeg);
-    double y = vessel.SpeedWater * std::cos(vessel.CourseWater * kDeg) + drift * std::cos(set * kDeg);
+    double x = vessel.SpeedWater * std::sin(vessel.CourseWater * kDegToRad) + drift * std::sin(set * kDegToRad);
+    double y = vessel.SpeedWater * std::cos(vessel.CourseWater * kDegToRad) + drift * std::cos(set * kDegToRad);
     vessel.SOG = std::sqrt(x * x + y * y);
-    vessel.COG = Fold360(std::atan2(x, y) / kDeg);
+    vessel.COG = Fold360(std::atan2(x, y) / kDegToRad);
 }
 
 void VesselModule::ChartChoice() {

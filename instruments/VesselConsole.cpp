@@ -3,6 +3,7 @@
 // reads.
 #include <cmath>
 
+#include "core/Angles.h"
 #include "core/ErrorReport.h"
 #include "core/Format.h"
 #include "core/GenFuncs.h"
@@ -18,7 +19,6 @@
 namespace ombra {
 
 namespace {
-constexpr double kDeg = 0.017453292519944444;
 
 }  // namespace
 
@@ -70,7 +70,7 @@ void VesselModule::UpdateWaypointConsole() {
     }
     auto& row = con.LabWP;
     const char* kind = leg.GreatCircle ? " GC" : " RL";
-    const std::string rangeFormat = Val(c_.registry.GetSetting(Key::RangeDP)) == 2.0 ? "0.00" : "0.000";
+    const std::string rangeFormat = c_.registry.GetNumber(Key::RangeDP) == 2.0 ? "0.00" : "0.000";
     con.WPFrameCaption = "Active Waypoint";
     row[0] = leg.Name;
     LatLongText(row[1], row[2], &leg.To, 1, 1);
@@ -80,7 +80,7 @@ void VesselModule::UpdateWaypointConsole() {
     double vmg = 0.0;
     if (VesselActive()) {
         double diff = RoundEven(leg.BearingTo - vessel.COG);
-        vmg = vessel.SOG * std::cos(diff * kDeg);
+        vmg = vessel.SOG * std::cos(diff * kDegToRad);
         row[5] = u.ToDisplay(UnitKind::Speed, float(vmg), "##0.00") + " " + u.UnitText(UnitKind::Speed);
     } else {
         row[5] = "N/A";
@@ -123,7 +123,7 @@ void VesselModule::UpdateCursorConsole() {
     double course = 0.0, distance = 0.0;
     CourseDistance(gc ? 1 : 0, vessel.Pos, cursor, course, distance);
     const char* kind = gc ? " GC" : " RL";
-    const std::string rangeFormat = Val(c_.registry.GetSetting(Key::RangeDP)) == 2.0 ? "0.00" : "0.000";
+    const std::string rangeFormat = c_.registry.GetNumber(Key::RangeDP) == 2.0 ? "0.00" : "0.000";
     con.LabCursor[2] = AngleText(course) + kind;
     con.LabCursor[3] = c_.units.ToDisplay(UnitKind::Distance, float(distance), rangeFormat) + " " +
                        c_.units.UnitText(UnitKind::Distance) + kind;
@@ -155,7 +155,7 @@ void VesselModule::AutoscrollCheck() {
         if (!c_.chart.GetScrollView(vessel.Pos, view) || !(view.PixelsPerNM > 0.0) || view.Width <= 0 || view.Height <= 0) return;
         double speed = vessel.SOG;
         if (!(speed > 0.05)) return;
-        double sx = std::sin(vessel.COG * kDeg), sy = -std::cos(vessel.COG * kDeg);
+        double sx = std::sin(vessel.COG * kDegToRad), sy = -std::cos(vessel.COG * kDegToRad);
         double halfW = view.Width / 2.0, halfH = view.Height / 2.0;
         double reach = std::min(std::fabs(sx) > 1e-9 ? halfW / std::fabs(sx) : 1e300,
                                 std::fabs(sy) > 1e-9 ? halfH / std::fabs(sy) : 1e300);

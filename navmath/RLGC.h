@@ -41,15 +41,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "core/Angles.h"
 #include "core/Types.h"
 
 namespace ombra {
-
-// Degrees to radians as the plotter has always converted them (a hair above
-// pi/180; the difference is below 1e-15 relative and kept for agreement
-// with old results).
-constexpr double kDegToRad = 0.017453292519944444;
-constexpr double kRadToDeg = 57.29577951307855;
 
 // Seconds of arc in a half and a whole circle of longitude.
 constexpr double kHalfCircleSeconds = 648000.0;

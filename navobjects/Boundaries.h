@@ -18,7 +18,7 @@
 #include <vector>
 
 #include "navobjects/Boundary.h"
-#include "navobjects/NavStore.h"
+#include "navobjects/PointChain.h"
 #include "navobjects/Waypoints.h"
 
 namespace ombra {
@@ -34,18 +34,17 @@ struct BoundaryMarkRow {
     std::string No, Name, Display, Latitude, Longitude;
 };
 
-class Boundaries : public NavStore {
+class Boundaries : public PointChainStore<Boundary> {
 public:
     Boundaries(NavContext& ctx, const SymbolStrips& symbols);
 
-    std::vector<Boundary> List;
-    int16_t SelectedBoundary = 0, SelectedMark = 0, SelectedSide = 0;
+    int16_t& SelectedBoundary = selChain_;
+    int16_t& SelectedMark = selPoint_;
+    int16_t& SelectedSide = selPart_;
     // The boundary whose marks are being placed or edited: not watched.
     int16_t EditingBoundary = 0;
 
-    int16_t Count() const { return int16_t(List.size()); }
-    Boundary* At(int16_t slot);
-    Waypoint* MarkAt(int16_t boundary, int16_t mark);
+    Waypoint* MarkAt(int16_t boundary, int16_t mark) { return NodeAt(boundary, mark); }
 
     void InitBoundaries() { InitData(); }
     void OpenBoundaryDB() { OpenDB(); }
@@ -59,27 +58,29 @@ public:
 
     int16_t NewBoundary();
     void EndNewBoundary(int16_t boundary);
-    int16_t AddBoundaryMark(int16_t boundary, const LatLong& pos);
+    int16_t AddBoundaryMark(int16_t boundary, const LatLong& pos) { return AppendNode(boundary, pos); }
     // A mark inserted into side `side` (between marks side and side + 1,
     // or after the last for the closing side).
-    int16_t InsertBoundaryMark(int16_t boundary, int16_t side, const LatLong& pos);
-    bool DeleteBoundaryMark(int16_t boundary, int16_t mark);
+    int16_t InsertBoundaryMark(int16_t boundary, int16_t side, const LatLong& pos) {
+        return InsertIntoPart(boundary, side, pos);
+    }
+    bool DeleteBoundaryMark(int16_t boundary, int16_t mark) { return DeleteNode(boundary, mark); }
     bool MoveBoundaryMark(int16_t boundary, int16_t mark);
-    void DropBoundaryMark(int16_t boundary, int16_t mark, const LatLong& pos);
+    void DropBoundaryMark(int16_t boundary, int16_t mark, const LatLong& pos) { DropNode(boundary, mark, pos); }
     // FrmWayPoint for a mark: "Boundary Mark 3", "Boundary:".
-    bool EditBoundaryMark(int16_t boundary, int16_t mark);
-    bool DeleteBoundary(int16_t boundary);
-    void RemoveBoundary(int16_t boundary);
-    void DisplayBoundary(int16_t boundary);
+    bool EditBoundaryMark(int16_t boundary, int16_t mark) { return EditNode(boundary, mark); }
+    bool DeleteBoundary(int16_t boundary) { return DeleteChain(boundary); }
+    void RemoveBoundary(int16_t boundary) { RemoveChain(boundary); }
+    void DisplayBoundary(int16_t boundary) { ToggleDisplay(boundary); }
     // The OK of a boundary alarm form: sets the latch its caption names.
     void AcknowledgeBoundaryAlarm(const std::string& number, const std::string& caption);
 
     void DrawBoundaries(Canvas& c);
-    void PrepareNavPoints();
-    void CentreOnBoundary();
-    std::vector<std::string> CentreOnItems(std::vector<int16_t>* slots = nullptr) const;
+    void CentreOnBoundary() { CentreOnChain(); }
     std::vector<BoundaryRow> Rows() const;
-    std::vector<BoundaryMarkRow> MarkRows(int16_t boundary, bool chartDatum) const;
+    std::vector<BoundaryMarkRow> MarkRows(int16_t boundary, bool chartDatum) const {
+        return NodeRows<BoundaryMarkRow>(boundary, chartDatum);
+    }
 
     static std::string MarkName(int16_t boundary, int16_t index);
 
@@ -87,15 +88,13 @@ protected:
     void ClearRecords() override;
     std::string Serialise() override;
     ReadOutcome Parse(const std::string& text) override;
-    void AfterLoad() override;
-    int RecordCount() const override;
     const char* RecordWord() const override { return "boundaries"; }
 
-private:
-    Waypoint NewMark(int16_t boundary, int16_t index) const;
-    void Renumber(Boundary& b, size_t from, int shift);
-    void Changed();
-    const SymbolStrips& symbols_;
+    // Marks are deleted after "Confirm deletion" like any other object.
+    bool MayDeletePoint(int16_t, int16_t) override;
+    void SlotFreed(int16_t boundary) override;
+    void PointDropped(int16_t boundary) override;
+    std::string EditCaption(int16_t mark) const override { return "Boundary Mark " + Format(mark, "0"); }
 };
 
 }  // namespace ombra

@@ -46,6 +46,9 @@ struct Boundary {
     std::vector<Waypoint> Marks;    // 1..MarkCount at [0..MarkCount-1]
 
     bool Used() const { return Number != 0; }
+    std::vector<Waypoint>& Nodes() { return Marks; }
+    const std::vector<Waypoint>& Nodes() const { return Marks; }
+    void SyncCount() { MarkCount = int16_t(Marks.size()); }
     // The marks' positions in order, the ring of the polygon test.
     std::vector<LatLong> Ring() const;
 };

@@ -3,10 +3,6 @@
 
 namespace ombra {
 
-namespace {
-constexpr size_t kMaxSlots = 32767;
-}
-
 const char* const kBoundaryAlarmModes[2] = {"Alarm On VesselEntry", "Alarm On Vessel Exit"};
 
 std::vector<LatLong> Boundary::Ring() const {
@@ -47,28 +43,14 @@ std::string BoundaryFileText(const std::string& versionLine, const std::string& 
 ReadOutcome ReadBoundaryFile(const std::string& text, std::string& name, std::vector<Boundary>& slots,
                              StoreForm* formOut) {
     slots.clear();
-    TextRecordReader r(text);
-    int at = 0;
-    try {
-        std::string first;
-        {
-            TextRecordReader peek(text);
-            first = peek.ReadString();
-        }
-        StoreForm form = ClassifyStoreHeader(first);
-        if (formOut) *formOut = form;
-        if (form != StoreForm::NoHeader) {
-            r.ReadString();
-            name = r.ReadString();
-        }
-        // 2.18 counts with the present form here: only routes changed at 2.18.
-        const bool full = form == StoreForm::V218 || form == StoreForm::Current;
-        while (!r.AtEnd()) {
-            if (slots.size() >= kMaxSlots)
-                throw Fault(faults::Overflow, "More than 32,767 boundaries (line " + std::to_string(r.Line()) + ")");
+    return ReadStoreFile(
+        text, name, "boundaries",
+        [&slots](TextRecordReader& r, StoreForm form, int* at) {
+            // 2.18 counts with the present form here: only routes changed at 2.18.
+            const bool full = form == StoreForm::V218 || form == StoreForm::Current;
             Boundary b;
             {
-                RecordLine h(r, full ? 9 : 7, &at);
+                RecordLine h(r, full ? 9 : 7, at);
                 b.Name = h.Str();
                 b.Number = h.Int16();
                 b.Description = h.Str();
@@ -87,16 +69,13 @@ ReadOutcome ReadBoundaryFile(const std::string& text, std::string& name, std::ve
             b.Marks.reserve(size_t(b.MarkCount));
             for (int16_t i = 0; i < b.MarkCount; ++i) {
                 Waypoint m;
-                RecordLine ml(r, 11, &at);
+                RecordLine ml(r, 11, at);
                 ReadWaypointFields(ml, m);
                 b.Marks.push_back(std::move(m));
             }
             slots.push_back(std::move(b));
-        }
-    } catch (const std::exception& e) {
-        return {false, at > 0 ? at : (r.LastLine() > 0 ? r.LastLine() : r.Line()), e.what()};
-    }
-    return {};
+        },
+        formOut);
 }
 
 }  // namespace ombra

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "core/ErrorReport.h"
+#include "core/Fault.h"
 #include "core/Format.h"
 #include "core/Paths.h"
 #include "core/Startup.h"
@@ -15,6 +16,35 @@
 #include "platform/api/Dialogs.h"
 
 namespace ombra {
+
+ReadOutcome ReadStoreFile(const std::string& text, std::string& name, const char* word,
+                          const StoreRecordReader& readRecord, StoreForm* formOut) {
+    constexpr size_t kMaxRecords = 32767;
+    TextRecordReader r(text);
+    int at = 0;  // the line of the record being read
+    try {
+        std::string first;
+        {
+            TextRecordReader peek(text);
+            first = peek.ReadString();
+        }
+        StoreForm form = ClassifyStoreHeader(first);
+        if (formOut) *formOut = form;
+        if (form != StoreForm::NoHeader) {
+            r.ReadString();
+            name = r.ReadString();
+        }
+        for (size_t held = 0; !r.AtEnd(); ++held) {
+            if (held >= kMaxRecords)
+                throw Fault(faults::Overflow,
+                            "More than 32,767 " + std::string(word) + " (line " + std::to_string(r.Line()) + ")");
+            readRecord(r, form, &at);
+        }
+    } catch (const std::exception& e) {
+        return {false, at > 0 ? at : (r.LastLine() > 0 ? r.LastLine() : r.Line()), e.what()};
+    }
+    return {};
+}
 
 NavStore::NavStore(NavContext& ctx, const StoreKind& kind, const char* initName, const char* openName,
                    const char* saveName)

@@ -19,6 +19,7 @@
 // Waypoints, Routes and Boundaries are the three.
 #pragma once
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "navobjects/CommonDB.h"
@@ -34,6 +35,8 @@ class Events;
 class NavChart;
 class NavHost;
 struct Globals;
+class TextRecordReader;
+enum class StoreForm;
 
 // What every module of the navigation objects is built with.
 struct NavContext {
@@ -54,6 +57,16 @@ struct ReadOutcome {
     int line = 0;           // the line of the fault
     std::string fault;      // the fault's description
 };
+
+// Reads a store file: the header (the version line and the database name
+// into `name`, unless the file is of the oldest form, which has neither),
+// then `readRecord` once a record until the text ends; `at` is kept at the
+// line of the record being read, so a fault names it. Records read before
+// a fault are kept; more than 32,767 records is a fault, `word` naming them
+// ("waypoints"). `form` gets the header's form.
+using StoreRecordReader = std::function<void(TextRecordReader& r, StoreForm form, int* at)>;
+ReadOutcome ReadStoreFile(const std::string& text, std::string& name, const char* word,
+                          const StoreRecordReader& readRecord, StoreForm* form = nullptr);
 
 // Removes the temporary files of saves that were cut off before their
 // rename (a crash, a power cut) from a store folder; the data files they

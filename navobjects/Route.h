@@ -57,6 +57,9 @@ struct Route {
 
     bool Used() const { return Number != 0; }
     double TotalDistance() const;
+    std::vector<Waypoint>& Nodes() { return Points; }
+    const std::vector<Waypoint>& Nodes() const { return Points; }
+    void SyncCount() { PointCount = int16_t(Points.size()); }
 };
 
 // The whole text of a route file in the present form.

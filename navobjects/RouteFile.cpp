@@ -5,10 +5,6 @@
 
 namespace ombra {
 
-namespace {
-constexpr size_t kMaxSlots = 32767;
-}
-
 double Route::TotalDistance() const {
     double d = 0.0;
     for (size_t i = 0; i + 1 < Legs.size() && i + 1 < Points.size(); ++i) d += Legs[i].Distance;
@@ -51,28 +47,14 @@ std::string RouteFileText(const std::string& versionLine, const std::string& dbN
 
 ReadOutcome ReadRouteFile(const std::string& text, std::string& name, std::vector<Route>& routes, StoreForm* formOut) {
     routes.clear();
-    TextRecordReader r(text);
-    int at = 0;  // the line of the record being read
-    try {
-        std::string first;
-        {
-            TextRecordReader peek(text);
-            first = peek.ReadString();
-        }
-        StoreForm form = ClassifyStoreHeader(first);
-        if (formOut) *formOut = form;
-        if (form != StoreForm::NoHeader) {
-            r.ReadString();
-            name = r.ReadString();
-        }
-        const bool hasColour = form == StoreForm::V218 || form == StoreForm::Current;
-        const bool flagsInline = form == StoreForm::Current;
-        while (!r.AtEnd()) {
-            if (routes.size() >= kMaxSlots)
-                throw Fault(faults::Overflow, "More than 32,767 routes (line " + std::to_string(r.Line()) + ")");
+    return ReadStoreFile(
+        text, name, "routes",
+        [&routes](TextRecordReader& r, StoreForm form, int* at) {
+            const bool hasColour = form == StoreForm::V218 || form == StoreForm::Current;
+            const bool flagsInline = form == StoreForm::Current;
             Route rt;
             {
-                RecordLine h(r, hasColour ? 7 : 6, &at);
+                RecordLine h(r, hasColour ? 7 : 6, at);
                 rt.Name = h.Str();
                 rt.Number = h.Int16();
                 rt.Description = h.Str();
@@ -89,22 +71,19 @@ ReadOutcome ReadRouteFile(const std::string& text, std::string& name, std::vecto
             rt.Legs.resize(size_t(rt.PointCount));
             for (int16_t i = 0; i < rt.PointCount; ++i) {
                 Waypoint wp;
-                RecordLine pl(r, flagsInline ? 12 : 11, &at);
+                RecordLine pl(r, flagsInline ? 12 : 11, at);
                 ReadWaypointFields(pl, wp);
                 if (flagsInline) rt.Legs[size_t(i)].IsGreatCircle = pl.Int16();
                 rt.Points.push_back(std::move(wp));
             }
             if (!flagsInline)
                 for (int16_t i = 0; i < rt.PointCount; ++i) {
-                    RecordLine fl(r, 1, &at);
+                    RecordLine fl(r, 1, at);
                     rt.Legs[size_t(i)].IsGreatCircle = fl.Int16();
                 }
             routes.push_back(std::move(rt));
-        }
-    } catch (const std::exception& e) {
-        return {false, at > 0 ? at : (r.LastLine() > 0 ? r.LastLine() : r.Line()), e.what()};
-    }
-    return {};
+        },
+        formOut);
 }
 
 }  // namespace ombra

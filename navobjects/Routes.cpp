@@ -20,29 +20,27 @@
 namespace ombra {
 
 namespace {
-constexpr size_t kMaxSlots = 32767;
 // The pen of the leg the vessel is on.
 const Pen kActivePen{MakeRgb(255, 0, 255), 3, PenStyle::Solid};
+const ChainWords kRouteWords{"R",
+                             ".WP",
+                             "R",
+                             "Enter name of new route.",
+                             "Route:  ",
+                             "Route:",
+                             "Select Route To Centre On",
+                             Key::DisplayTypeRoute,
+                             DeleteKind::Route,
+                             false};
 }  // namespace
 
 Routes::Routes(NavContext& ctx, const SymbolStrips& symbols)
-    : NavStore(ctx, kRouteStore, "InitRoutesData", "OpenRouteDB", "SaveRouteDB"), symbols_(symbols) {}
+    : PointChainStore(ctx, kRouteStore, "InitRoutesData", "OpenRouteDB", "SaveRouteDB", kRouteWords, symbols) {}
 
-Route* Routes::At(int16_t slot) { return (slot >= 1 && slot <= Count()) ? &List[size_t(slot - 1)] : nullptr; }
-
-Waypoint* Routes::PointAt(int16_t route, int16_t point) {
-    Route* r = At(route);
-    if (!r || point < 1 || point > int16_t(r->Points.size())) return nullptr;
-    return &r->Points[size_t(point - 1)];
-}
-
-std::string Routes::PointName(int16_t route, int16_t index) {
-    return "R" + Format(route, "0") + ".WP" + Format(index, "0");
-}
+std::string Routes::PointName(int16_t route, int16_t index) { return ChainPointName(kRouteWords, route, index); }
 
 void Routes::ClearRecords() {
-    List.clear();
-    SelectedRoute = SelectedPoint = SelectedLeg = 0;
+    PointChainStore::ClearRecords();
     ActiveRoute = ActivePoint = 0;
 }
 
@@ -50,79 +48,63 @@ std::string Routes::Serialise() { return RouteFileText(HeaderVersion(), CurrentN
 
 ReadOutcome Routes::Parse(const std::string& text) { return ReadRouteFile(text, CurrentName, List); }
 
-int Routes::RecordCount() const {
-    int n = 0;
-    for (const Route& r : List) n += r.Used() ? 1 : 0;
-    return n;
-}
-
-void Routes::AfterLoad() {
-    for (Route& r : List) {
-        for (Waypoint& p : r.Points) p.MagVar = ctx_.host.Variation(p.Position.Wgs84);
-        ComputeLegs(r);
-    }
-    PrepareNavPoints();
-}
-
-void Routes::PrepareNavPoints() {
-    for (Route& r : List)
-        if (r.Used())
-            for (Waypoint& p : r.Points) ctx_.chart.PrepareNavPoint(p.Position);
-}
-
-void Routes::Changed() {
-    ctx_.host.ListsChanged();
-    ctx_.chart.Redraw();
-}
-
 int16_t Routes::DefaultLegFlag() const { return ctx_.reg.IsTrue(Key::CoDist4) ? -1 : 0; }
 
 bool Routes::IsActivePoint(int16_t route, int16_t point) const {
     return ActiveRoute != 0 && ActiveRoute == route && ActivePoint == point;
 }
 
-Waypoint Routes::NewPoint(int16_t route, int16_t index) const {
-    Waypoint wp;
-    wp.Name = PointName(route, index);
-    wp.Number = index;
-    wp.Icon = 0;
-    wp.LabelMode = int16_t(Val(ctx_.reg.GetSetting(Key::DisplayTypeRoute)));
-    wp.AlarmRange = float(Val(ctx_.reg.GetSetting(Key::WaypointAlarmRange)));
-    wp.DatumFlag = 1;
-    return wp;
+void Routes::PointInserted(int16_t route, Route& r, size_t at, bool appended) {
+    if (appended) {
+        // The new last point: the leg from the one before it takes the default kind.
+        r.Legs.resize(r.Points.size());
+        r.Legs.back() = RouteLeg{};
+        if (r.Points.size() >= 2) {
+            r.Legs[r.Points.size() - 2].IsGreatCircle = DefaultLegFlag();
+            ComputeLeg(r, r.Points.size() - 2);
+        }
+        return;
+    }
+    // Inside a leg: both halves keep the kind of the leg that was split.
+    RouteLeg half;
+    half.IsGreatCircle = r.Legs[at - 1].IsGreatCircle;
+    r.Legs.insert(r.Legs.begin() + long(at), half);
+    ComputeLeg(r, at - 1);
+    ComputeLeg(r, at);
+    if (ActiveRoute == route && ActivePoint > int16_t(at)) ++ActivePoint;
 }
 
-int16_t Routes::NewRoute() {
-    if (!EnsureOpen()) return 0;
-    int16_t slot = 0;
-    for (size_t i = 0; i < List.size(); ++i)
-        if (!List[i].Used()) {
-            slot = int16_t(i + 1);
-            break;
-        }
-    bool appended = false;
-    if (slot == 0) {
-        if (List.size() >= kMaxSlots) return 0;
-        List.emplace_back();
-        slot = Count();
-        appended = true;
-    }
-    std::string name = "R" + Format(slot, "000");
-    if (!ctx_.dialogs.InputBox("Enter name of new route.", "Route:  " + Format(slot, "000"), name) ||
-        Trim(name).empty()) {
-        if (appended) List.pop_back();
-        return 0;
-    }
-    Route& r = List[size_t(slot - 1)];
-    r = Route{};
-    r.Name = name;
-    r.Number = slot;
-    r.Display = -1;
-    r.Colour = 0;
-    r.ShowLegText = false;
-    SelectedRoute = slot;
-    ctx_.host.ListsChanged();
-    return slot;
+void Routes::PointErased(int16_t route, Route& r, size_t k) {
+    r.Legs.erase(r.Legs.begin() + long(k));
+    if (k >= 1) ComputeLeg(r, k - 1);
+    if (ActiveRoute == route && ActivePoint > int16_t(k + 1)) --ActivePoint;
+}
+
+void Routes::PointMoved(Route& r, size_t k) {
+    if (k >= 1) ComputeLeg(r, k - 1);
+    ComputeLeg(r, k);
+}
+
+bool Routes::MayDeletePoint(int16_t route, int16_t point) {
+    if (!IsActivePoint(route, point)) return true;
+    ctx_.dialogs.MsgBox("You must de-activate a route point before deleting it.", mb::Exclamation,
+                        ctx_.globals.ProductName);
+    return false;
+}
+
+bool Routes::MayMovePoint(int16_t route, int16_t point) {
+    if (!IsActivePoint(route, point)) return true;
+    ctx_.dialogs.MsgBox("An active waypoint cannot be moved.\nYou must de-activate it first.", mb::Exclamation,
+                        ctx_.globals.ProductName);
+    return false;
+}
+
+void Routes::ChainGoing(int16_t route) {
+    if (ActiveRoute == route && OnDeactivate) OnDeactivate(true);
+}
+
+void Routes::PointEdited(int16_t route, int16_t point, const Waypoint& p) {
+    if (IsActivePoint(route, point) && OnActiveRange) OnActiveRange(std::fabs(p.AlarmRange));
 }
 
 void Routes::EndNewRoute(int16_t route) {
@@ -133,37 +115,10 @@ void Routes::EndNewRoute(int16_t route) {
     }
 }
 
-void Routes::RemoveRoute(int16_t route) {
-    if (!At(route)) return;
-    if (route < Count()) List[size_t(route - 1)] = Route{};
-    else List.pop_back();
-    if (SelectedRoute == route) SelectedRoute = SelectedPoint = SelectedLeg = 0;
-}
-
-int16_t Routes::AddRoutePoint(int16_t route, const LatLong& pos) {
-    Route* r = At(route);
-    if (!r || !r->Used() || r->Points.size() >= kMaxSlots) return 0;
-    int16_t index = int16_t(r->Points.size() + 1);
-    Waypoint wp = NewPoint(route, index);
-    wp.Position.Wgs84 = pos;
-    wp.MagVar = ctx_.host.Variation(pos);
-    ctx_.chart.PrepareNavPoint(wp.Position);
-    r->Points.push_back(std::move(wp));
-    r->Legs.resize(r->Points.size());
-    r->Legs.back() = RouteLeg{};
-    if (r->Points.size() >= 2) {
-        r->Legs[r->Points.size() - 2].IsGreatCircle = DefaultLegFlag();
-        ComputeLeg(*r, r->Points.size() - 2);
-    }
-    r->PointCount = int16_t(r->Points.size());
-    Changed();
-    return index;
-}
-
 int16_t Routes::AddRoutePointBy(int16_t route, AddBy how) {
     Route* r = At(route);
     if (!r || !r->Used()) return 0;
-    Waypoint wp = NewPoint(route, int16_t(r->Points.size() + 1));
+    Waypoint wp = NewNode(route, int16_t(r->Points.size() + 1));
     if (how == AddBy::GPS && VesselPosition) wp.Position.Wgs84 = VesselPosition();
     WaypointDialogRequest req{"New Routepoint", "Route:", r->Name, wp};
     if (!ctx_.host.WaypointDialog(req)) return 0;
@@ -176,126 +131,6 @@ int16_t Routes::AddRoutePointBy(int16_t route, AddBy how) {
     *p = req.Record;
     Changed();
     return index;
-}
-
-void Routes::Renumber(Route& r, size_t from, int shift) {
-    int16_t route = r.Number;
-    for (size_t j = from; j < r.Points.size(); ++j) {
-        int16_t now = int16_t(j + 1), was = int16_t(int(j) + 1 - shift);
-        Waypoint& p = r.Points[j];
-        if (p.Name == PointName(route, was)) p.Name = PointName(route, now);
-        p.Number = now;
-    }
-}
-
-int16_t Routes::InsertRoutePoint(int16_t route, int16_t leg, const LatLong& pos) {
-    Route* r = At(route);
-    if (!r || !r->Used() || leg < 1 || leg >= int16_t(r->Points.size()) || r->Points.size() >= kMaxSlots) return 0;
-    size_t at = size_t(leg);  // 0-based place of the new point
-    Waypoint wp = NewPoint(route, int16_t(at + 1));
-    wp.Position.Wgs84 = pos;
-    wp.MagVar = ctx_.host.Variation(pos);
-    ctx_.chart.PrepareNavPoint(wp.Position);
-    int16_t flag = r->Legs[at - 1].IsGreatCircle;
-    r->Points.insert(r->Points.begin() + long(at), std::move(wp));
-    RouteLeg nl;
-    nl.IsGreatCircle = flag;
-    r->Legs.insert(r->Legs.begin() + long(at), nl);
-    Renumber(*r, at + 1, 1);
-    ComputeLeg(*r, at - 1);
-    ComputeLeg(*r, at);
-    r->PointCount = int16_t(r->Points.size());
-    if (ActiveRoute == route && ActivePoint > int16_t(at)) ++ActivePoint;
-    Changed();
-    return int16_t(at + 1);
-}
-
-bool Routes::DeleteRoutePoint(int16_t route, int16_t point) {
-    Route* r = At(route);
-    if (!r || !PointAt(route, point)) return false;
-    if (IsActivePoint(route, point)) {
-        ctx_.dialogs.MsgBox("You must de-activate a route point before deleting it.", mb::Exclamation,
-                            ctx_.globals.ProductName);
-        return false;
-    }
-    size_t k = size_t(point - 1);
-    r->Points.erase(r->Points.begin() + long(k));
-    r->Legs.erase(r->Legs.begin() + long(k));
-    Renumber(*r, k, -1);
-    if (k >= 1) ComputeLeg(*r, k - 1);
-    r->PointCount = int16_t(r->Points.size());
-    if (ActiveRoute == route && ActivePoint > point) --ActivePoint;
-    if (SelectedRoute == route) SelectedPoint = 0;
-    if (r->Points.empty()) {
-        if (ActiveRoute == route && OnDeactivate) OnDeactivate(true);
-        RemoveRoute(route);
-    }
-    Changed();
-    return true;
-}
-
-bool Routes::MoveRoutePoint(int16_t route, int16_t point) {
-    Waypoint* p = PointAt(route, point);
-    if (!p) return false;
-    if (IsActivePoint(route, point)) {
-        ctx_.dialogs.MsgBox("An active waypoint cannot be moved.\nYou must de-activate it first.", mb::Exclamation,
-                            ctx_.globals.ProductName);
-        SelectedPoint = 0;
-        return false;
-    }
-    SelectedRoute = route;
-    SelectedPoint = point;
-    int plan = p->Position.FirstPlanShown();
-    if (plan >= 0) ctx_.host.SetCursorAt(ctx_.chart.ToScreen(p->Position.Pixel[size_t(plan)]));
-    return true;
-}
-
-void Routes::DropRoutePoint(int16_t route, int16_t point, const LatLong& pos) {
-    Waypoint* p = PointAt(route, point);
-    if (!p) return;
-    p->Position.Wgs84 = pos;
-    p->MagVar = ctx_.host.Variation(pos);
-    ctx_.chart.PrepareNavPoint(p->Position);
-    Route& r = *At(route);
-    if (point >= 2) ComputeLeg(r, size_t(point - 2));
-    ComputeLeg(r, size_t(point - 1));
-    SelectedPoint = 0;
-    Changed();
-}
-
-bool Routes::EditRoutePoint(int16_t route, int16_t point) {
-    Route* r = At(route);
-    Waypoint* p = PointAt(route, point);
-    if (!r || !p) return false;
-    WaypointDialogRequest req{"Edit Way Point", "Route:", r->Name, *p};
-    if (!ctx_.host.WaypointDialog(req)) return false;
-    p = PointAt(route, point);
-    if (!p) return false;
-    Waypoint rec = req.Record;
-    rec.Number = p->Number;
-    bool moved = !(rec.Position.Wgs84 == p->Position.Wgs84);
-    if (moved) {
-        rec.MagVar = ctx_.host.Variation(rec.Position.Wgs84);
-        ctx_.chart.PrepareNavPoint(rec.Position);
-    }
-    *p = std::move(rec);
-    if (moved) {
-        if (point >= 2) ComputeLeg(*r, size_t(point - 2));
-        ComputeLeg(*r, size_t(point - 1));
-    }
-    if (IsActivePoint(route, point) && OnActiveRange) OnActiveRange(std::fabs(p->AlarmRange));
-    Changed();
-    return true;
-}
-
-bool Routes::DeleteRoute(int16_t route) {
-    Route* r = At(route);
-    if (!r || !r->Used()) return false;
-    if (!ConfirmDelete(DeleteKind::Route, ctx_.dialogs, ctx_.globals.ProductName)) return false;
-    if (ActiveRoute == route && OnDeactivate) OnDeactivate(true);
-    RemoveRoute(route);
-    Changed();
-    return true;
 }
 
 void Routes::ReverseRoute(int16_t route) {
@@ -312,13 +147,6 @@ void Routes::ReverseRoute(int16_t route) {
     }
     ComputeLegs(*r);
     if (ActiveRoute == route && ActivePoint > 0) ActivePoint = int16_t(n + 1 - size_t(ActivePoint));
-    Changed();
-}
-
-void Routes::DisplayRoute(int16_t route) {
-    Route* r = At(route);
-    if (!r || !r->Used()) return;
-    r->Display = r->Display ? 0 : -1;
     Changed();
 }
 
@@ -371,24 +199,6 @@ void Routes::DrawRoutes(Canvas& c) {
     });
 }
 
-std::vector<std::string> Routes::CentreOnItems(std::vector<int16_t>* slots) const {
-    std::vector<std::string> items;
-    for (size_t i = 0; i < List.size(); ++i) {
-        if (!List[i].Used() || List[i].Points.empty()) continue;
-        items.push_back(Format(List[i].Number, "0000") + " - " + List[i].Name);
-        if (slots) slots->push_back(int16_t(i + 1));
-    }
-    return items;
-}
-
-void Routes::CentreOnRoute() {
-    std::vector<int16_t> slots;
-    std::vector<std::string> items = CentreOnItems(&slots);
-    int pick = ctx_.host.ListPick("Select Route To Centre On", items, "Select");
-    if (pick < 0 || pick >= int(slots.size())) return;
-    ctx_.chart.CentreOn(List[size_t(slots[size_t(pick)] - 1)].Points.front().Position.Wgs84);
-}
-
 std::vector<RouteRow> Routes::Rows() const {
     std::vector<RouteRow> rows;
     for (size_t i = 0; i < List.size(); ++i) {
@@ -406,20 +216,9 @@ std::vector<RouteRow> Routes::Rows() const {
 }
 
 std::vector<RoutePointRow> Routes::PointRows(int16_t route, bool chartDatum) const {
-    std::vector<RoutePointRow> rows;
-    if (route < 1 || route > Count()) return rows;
-    const Route& r = List[size_t(route - 1)];
-    for (size_t i = 0; i < r.Points.size(); ++i) {
-        const Waypoint& p = r.Points[i];
-        RoutePointRow row;
-        row.No = Format(double(i + 1), "000");
-        row.Name = p.Name;
-        row.Display = (p.LabelMode >= 0 && p.LabelMode < 4) ? kWaypointLabelModes[p.LabelMode] : "";
-        row.Active = ActiveRoute == route && ActivePoint == int16_t(i + 1) ? "Yes" : "No";
-        if (chartDatum) LatLongText(row.Latitude, row.Longitude, &p.Position.Local, 0, 1);
-        else LatLongText(row.Latitude, row.Longitude, &p.Position.Wgs84, 1, 1);
-        rows.push_back(row);
-    }
+    std::vector<RoutePointRow> rows = NodeRows<RoutePointRow>(route, chartDatum);
+    for (size_t i = 0; i < rows.size(); ++i)
+        rows[i].Active = ActiveRoute == route && ActivePoint == int16_t(i + 1) ? "Yes" : "No";
     return rows;
 }
 

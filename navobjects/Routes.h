@@ -20,7 +20,7 @@
 #include <string>
 #include <vector>
 
-#include "navobjects/NavStore.h"
+#include "navobjects/PointChain.h"
 #include "navobjects/Route.h"
 #include "navobjects/Waypoints.h"
 
@@ -40,17 +40,16 @@ struct RouteRow {
     std::string No, Name, Display, Active;
 };
 
-class Routes : public NavStore {
+class Routes : public PointChainStore<Route> {
 public:
     Routes(NavContext& ctx, const SymbolStrips& symbols);
 
-    std::vector<Route> List;
-    int16_t SelectedRoute = 0, SelectedPoint = 0, SelectedLeg = 0;
+    int16_t& SelectedRoute = selChain_;
+    int16_t& SelectedPoint = selPoint_;
+    int16_t& SelectedLeg = selPart_;
     int16_t ActiveRoute = 0, ActivePoint = 0;
 
-    int16_t Count() const { return int16_t(List.size()); }
-    Route* At(int16_t slot);
-    Waypoint* PointAt(int16_t route, int16_t point);
+    Waypoint* PointAt(int16_t route, int16_t point) { return NodeAt(route, point); }
 
     void InitRoutesData() { InitData(); }
     void OpenRouteDB() { OpenDB(); }
@@ -64,33 +63,31 @@ public:
 
     // A new route in the first free slot, named through the input box;
     // 0 when none was made. The route tool then places its points.
-    int16_t NewRoute();
+    int16_t NewRoute() { return NewChain(); }
     // The route tool ended: a route without points is removed.
     void EndNewRoute(int16_t route);
     // A point at the end: by mouse at `pos`; by keyboard or GPS through the
     // dialog ("New Routepoint", "Route:"). The new point's index, or 0.
-    int16_t AddRoutePoint(int16_t route, const LatLong& pos);
+    int16_t AddRoutePoint(int16_t route, const LatLong& pos) { return AppendNode(route, pos); }
     int16_t AddRoutePointBy(int16_t route, AddBy how);
     // A point inserted into leg `leg` (between points leg and leg + 1).
-    int16_t InsertRoutePoint(int16_t route, int16_t leg, const LatLong& pos);
-    bool DeleteRoutePoint(int16_t route, int16_t point);
-    bool MoveRoutePoint(int16_t route, int16_t point);
-    void DropRoutePoint(int16_t route, int16_t point, const LatLong& pos);
-    bool EditRoutePoint(int16_t route, int16_t point);
+    int16_t InsertRoutePoint(int16_t route, int16_t leg, const LatLong& pos) { return InsertIntoPart(route, leg, pos); }
+    bool DeleteRoutePoint(int16_t route, int16_t point) { return DeleteNode(route, point); }
+    bool MoveRoutePoint(int16_t route, int16_t point) { return MoveNode(route, point); }
+    void DropRoutePoint(int16_t route, int16_t point, const LatLong& pos) { DropNode(route, point, pos); }
+    bool EditRoutePoint(int16_t route, int16_t point) { return EditNode(route, point); }
     // After the confirmation "Confirm deletion of route.".
-    bool DeleteRoute(int16_t route);
+    bool DeleteRoute(int16_t route) { return DeleteChain(route); }
     // Removes a route's slot without asking.
-    void RemoveRoute(int16_t route);
+    void RemoveRoute(int16_t route) { RemoveChain(route); }
     void ReverseRoute(int16_t route);
     // "&Hide" / "&Display".
-    void DisplayRoute(int16_t route);
+    void DisplayRoute(int16_t route) { ToggleDisplay(route); }
     // The RL/GC cell of FrmRoute's leg list.
     void SwapLegKind(int16_t route, int16_t leg);
 
     void DrawRoutes(Canvas& c);
-    void PrepareNavPoints();
-    void CentreOnRoute();
-    std::vector<std::string> CentreOnItems(std::vector<int16_t>* slots = nullptr) const;
+    void CentreOnRoute() { CentreOnChain(); }
 
     std::vector<RouteRow> Rows() const;
     std::vector<RoutePointRow> PointRows(int16_t route, bool chartDatum) const;
@@ -107,17 +104,21 @@ protected:
     void ClearRecords() override;
     std::string Serialise() override;
     ReadOutcome Parse(const std::string& text) override;
-    void AfterLoad() override;
-    int RecordCount() const override;
     const char* RecordWord() const override { return "routes"; }
 
+    void Loaded(Route& r) override { ComputeLegs(r); }
+    void PointInserted(int16_t route, Route& r, size_t at, bool appended) override;
+    void PointErased(int16_t route, Route& r, size_t at) override;
+    void PointMoved(Route& r, size_t at) override;
+    bool MayDeletePoint(int16_t route, int16_t point) override;
+    bool MayMovePoint(int16_t route, int16_t point) override;
+    void ChainGoing(int16_t route) override;
+    std::string EditCaption(int16_t) const override { return "Edit Way Point"; }
+    void PointEdited(int16_t route, int16_t point, const Waypoint& p) override;
+
 private:
-    Waypoint NewPoint(int16_t route, int16_t index) const;
     int16_t DefaultLegFlag() const;
-    void Renumber(Route& r, size_t from, int shift);
-    void Changed();
     bool IsActivePoint(int16_t route, int16_t point) const;
-    const SymbolStrips& symbols_;
 };
 
 }  // namespace ombra

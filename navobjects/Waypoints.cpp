@@ -11,6 +11,7 @@
 #include "navobjects/CommonWP.h"
 #include "navobjects/NavChart.h"
 #include "navobjects/NavHost.h"
+#include "navobjects/PointChain.h"
 #include "platform/api/Dialogs.h"
 
 namespace ombra {
@@ -38,30 +39,12 @@ std::string WaypointFileText(const std::string& versionLine, const std::string& 
 
 ReadOutcome ReadWaypointFile(const std::string& text, std::string& name, std::vector<Waypoint>& slots) {
     slots.clear();
-    TextRecordReader r(text);
-    int at = 0;  // the line of the record being read
-    try {
-        std::string first;
-        {
-            TextRecordReader peek(text);
-            first = peek.ReadString();
-        }
-        if (first.find("Ver") != std::string::npos) {
-            r.ReadString();
-            name = r.ReadString();
-        }
-        while (!r.AtEnd()) {
-            if (slots.size() >= kMaxSlots)
-                throw Fault(faults::Overflow, "More than 32,767 waypoints (line " + std::to_string(r.Line()) + ")");
-            Waypoint wp;
-            RecordLine line(r, 11, &at);
-            ReadWaypointFields(line, wp);
-            slots.push_back(std::move(wp));
-        }
-    } catch (const std::exception& e) {
-        return {false, at > 0 ? at : (r.LastLine() > 0 ? r.LastLine() : r.Line()), e.what()};
-    }
-    return {};
+    return ReadStoreFile(text, name, "waypoints", [&slots](TextRecordReader& r, StoreForm, int* at) {
+        Waypoint wp;
+        RecordLine line(r, 11, at);
+        ReadWaypointFields(line, wp);
+        slots.push_back(std::move(wp));
+    });
 }
 
 Waypoints::Waypoints(NavContext& ctx, const SymbolStrips& symbols)
@@ -116,21 +99,16 @@ Waypoint Waypoints::NewRecord(int16_t slot) const {
     wp.Name = "WP" + Format(slot, "000");
     wp.Number = slot;
     wp.Icon = 0;
-    wp.LabelMode = int16_t(Val(ctx_.reg.GetSetting(Key::DisplayTypeWaypoint)));
-    wp.AlarmRange = float(Val(ctx_.reg.GetSetting(Key::WaypointAlarmRange)));
+    wp.LabelMode = int16_t(ctx_.reg.GetNumber(Key::DisplayTypeWaypoint));
+    wp.AlarmRange = float(ctx_.reg.GetNumber(Key::WaypointAlarmRange));
     wp.DatumFlag = 1;
     return wp;
 }
 
 int16_t Waypoints::AddWaypoint(AddBy how, const LatLong* clicked) {
     if (!EnsureOpen()) return 0;
-    int16_t slot = 0;
+    int16_t slot = FirstFreeSlot(List);
     bool appended = false;
-    for (size_t i = 0; i < List.size(); ++i)
-        if (!List[i].Used()) {
-            slot = int16_t(i + 1);
-            break;
-        }
     if (slot == 0) {
         if (List.size() >= kMaxSlots) {
             ctx_.dialogs.MsgBox("The waypoint database is full: it holds 32,767 waypoints.", mb::Exclamation,

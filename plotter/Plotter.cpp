@@ -240,7 +240,7 @@ void Plotter::ApplyOptions(const OptionsValues& values) {
     errors_.Guard("FrmOptions", [&] {
         SaveOptions(registry_, units_, values);
         display_ = LoadDisplayOptions(registry_);
-        instruments_.vessel.AutoscrollTime = float(Val(registry_.GetSetting(Key::AutoscrollTime)));
+        instruments_.vessel.AutoscrollTime = float(registry_.GetNumber(Key::AutoscrollTime));
     });
 }
 

@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <cmath>
 
+#include "core/Angles.h"
 #include "core/Format.h"
 #include "instruments/NmeaRecords.h"
 #include "platform/qt/QtServices.h"
@@ -43,7 +44,7 @@ void FrmSatInfo::paintEvent(QPaintEvent*) {
         if (s.PRN <= 0) continue;
         ++shown;
         double r = radius * (90.0 - std::clamp<double>(s.Elevation, 0, 90)) / 90.0;
-        double a = s.Azimuth * 0.017453292519944444;
+        double a = s.Azimuth * kDegToRad;
         QPointF at(centre.x() + r * std::sin(a), centre.y() - r * std::cos(a));
         QColor c = s.SNR >= 35 ? QColor(0, 160, 0) : s.SNR > 0 ? QColor(220, 160, 0) : QColor(200, 0, 0);
         p.setBrush(c);

@@ -33,7 +33,7 @@ NavObjectCommands::NavObjectCommands(FrmMain& main, NavObjects& nav, NavHost& ho
 
 NavObjectCommands::~NavObjectCommands() = default;
 
-int16_t NavObjectCommands::WPMode() const { return int16_t(Val(reg_.GetSetting(Key::WPMode))); }
+int16_t NavObjectCommands::WPMode() const { return int16_t(reg_.GetNumber(Key::WPMode)); }
 
 bool NavObjectCommands::NeedsDatabase(bool open, const char* title, const char* text) {
     if (open) return true;

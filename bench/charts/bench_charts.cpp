@@ -8,15 +8,9 @@
 #include <filesystem>
 #include <random>
 
-#include "charts/ChartModule.h"
-#include "core/ErrorReport.h"
 #include "core/Paths.h"
-#include "core/Registry.h"
-#include "core/Units.h"
 #include "platform/chartlib/ImageCanvas.h"
-#include "platform/chartlib/OmbraChartLibrary.h"
-#include "platform/fake/MemorySettings.h"
-#include "platform/fake/ScriptedDialogs.h"
+#include "tests/support/ChartRig.h"
 
 namespace ombra {
 namespace {
@@ -83,19 +77,17 @@ void BM_EngineOpen_10000x8000(benchmark::State& state) {
 }
 BENCHMARK(BM_EngineOpen_10000x8000)->Unit(benchmark::kMillisecond);
 
-struct World {
-    ScriptedDialogs dialogs;
-    std::string product = "Tarnel";
-    ErrorReporter errors{dialogs, product};
-    MemorySettings settings;
-    Registry registry{settings, product};
-    Units units;
-    chartlib::OmbraChartLibrary library;
-    WindowlessChartHost host;
-    ChartModule charts{library, dialogs, errors, registry, product, units, host};
+struct World : test::ChartRig {
     World() {
         charts.SetRoot(Chart().root);
         charts.View.SetViewSize(1920, 1080);
+    }
+    // The big chart open at full resolution (or at `pixelSize`), centred.
+    void OpenCentred(int16_t pixelSize = 0) {
+        charts.Charts.NewChart("8000");
+        charts.View.ShowHiRes();
+        if (pixelSize) charts.View.SetPixelSize(pixelSize);
+        charts.View.CentreOnPixel(5000, 4000);
     }
 };
 
@@ -113,9 +105,7 @@ void BM_RedrawCold_1920x1080(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         World w;
-        w.charts.Charts.NewChart("8000");
-        w.charts.View.ShowHiRes();
-        w.charts.View.CentreOnPixel(5000, 4000);
+        w.OpenCentred();
         Image store;
         state.ResumeTiming();
         w.library.RedrawChart(store, w.charts.View.View(), 3);
@@ -128,9 +118,7 @@ BENCHMARK(BM_RedrawCold_1920x1080)->Unit(benchmark::kMillisecond);
 // RedrawNavCanvas (paint, copy to the canvas, layers, vessel).
 void BM_RedrawCached_1920x1080(benchmark::State& state) {
     World w;
-    w.charts.Charts.NewChart("8000");
-    w.charts.View.ShowHiRes();
-    w.charts.View.CentreOnPixel(5000, 4000);
+    w.OpenCentred();
     Image store;
     w.library.RedrawChart(store, w.charts.View.View(), 3);
     for (auto _ : state) {
@@ -142,9 +130,7 @@ BENCHMARK(BM_RedrawCached_1920x1080)->Unit(benchmark::kMillisecond);
 
 void BM_RedrawNavCanvasCached_1920x1080(benchmark::State& state) {
     World w;
-    w.charts.Charts.NewChart("8000");
-    w.charts.View.ShowHiRes();
-    w.charts.View.CentreOnPixel(5000, 4000);
+    w.OpenCentred();
     Image target(1920, 1080);
     chartlib::ImageCanvas canvas(target);
     w.charts.View.RedrawNavCanvas(canvas);
@@ -158,10 +144,7 @@ BENCHMARK(BM_RedrawNavCanvasCached_1920x1080)->Unit(benchmark::kMillisecond);
 // Pixel zoom out (PixelSize 64): each screen pixel samples 2 x 2 chart pixels.
 void BM_RedrawCachedReduced_1920x1080(benchmark::State& state) {
     World w;
-    w.charts.Charts.NewChart("8000");
-    w.charts.View.ShowHiRes();
-    w.charts.View.SetPixelSize(64);
-    w.charts.View.CentreOnPixel(5000, 4000);
+    w.OpenCentred(64);
     w.library.SetTileCacheCapacity(1024);
     Image store;
     w.library.RedrawChart(store, w.charts.View.View(), 3);

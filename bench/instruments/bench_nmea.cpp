@@ -7,18 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "core/ErrorReport.h"
-#include "core/Registry.h"
-#include "core/Startup.h"
-#include "core/Units.h"
 #include "instruments/DemoPassage.h"
-#include "instruments/HeadlessHooks.h"
-#include "instruments/Instruments.h"
 #include "platform/comms/LineQueue.h"
-#include "platform/comms/ScriptedComms.h"
-#include "platform/fake/ManualClock.h"
-#include "platform/fake/MemorySettings.h"
-#include "platform/fake/ScriptedDialogs.h"
+#include "tests/support/InstrumentsRig.h"
 
 namespace ombra {
 namespace {
@@ -38,19 +29,7 @@ std::vector<std::string> PassageLines() {
     return lines;
 }
 
-struct Rig {
-    MemorySettings store;
-    Globals globals;
-    Registry reg{store, globals.ProductName};
-    Units units;
-    ManualClock clock;
-    NoEvents events;
-    ScriptedDialogs dialogs;
-    ErrorReporter errors{dialogs, globals.ProductName};
-    ScriptedComms ports;
-    HeadlessHooks hooks;
-    HeadlessChart chart;
-    Instruments ins{{reg, units, globals, clock, events, errors, ports, hooks, chart}};
+struct Rig : test::InstrumentsRig<> {
     Rig(bool checksums) {
         ins.LoadCommsSettings();
         ins.settings.Checksums = checksums;

@@ -48,29 +48,20 @@ void BM_LoadModel(benchmark::State& state) {
 }
 BENCHMARK(BM_LoadModel)->Unit(benchmark::kMicrosecond);
 
-void BM_CourseDistanceRL(benchmark::State& state) {
+// One leg per iteration, between positions half the table apart.
+template <void (*CourseDistance)(const LatLong&, const LatLong&, double&, double&)>
+void BM_CourseDistance(benchmark::State& state) {
     const auto pos = Positions(1024);
     size_t i = 0;
     double c, d;
     for (auto _ : state) {
-        CourseDistanceRL(pos[i & 1023], pos[(i + 511) & 1023], c, d);
+        CourseDistance(pos[i & 1023], pos[(i + 511) & 1023], c, d);
         benchmark::DoNotOptimize(d);
         ++i;
     }
 }
-BENCHMARK(BM_CourseDistanceRL);
-
-void BM_CourseDistanceGC(benchmark::State& state) {
-    const auto pos = Positions(1024);
-    size_t i = 0;
-    double c, d;
-    for (auto _ : state) {
-        CourseDistanceGC(pos[i & 1023], pos[(i + 511) & 1023], c, d);
-        benchmark::DoNotOptimize(d);
-        ++i;
-    }
-}
-BENCHMARK(BM_CourseDistanceGC);
+BENCHMARK(BM_CourseDistance<CourseDistanceRL>)->Name("BM_CourseDistanceRL");
+BENCHMARK(BM_CourseDistance<CourseDistanceGC>)->Name("BM_CourseDistanceGC");
 
 void BM_CourseDistanceShortLegs(benchmark::State& state) {
     // Route legs and the active leg are tens of miles, not oceans.

@@ -12,20 +12,14 @@
 #include <cmath>
 #include <filesystem>
 
-#include "core/ErrorReport.h"
 #include "core/Format.h"
 #include "core/Paths.h"
-#include "core/Registry.h"
-#include "core/Startup.h"
-#include "core/Units.h"
 #include "navmath/MagVar.h"
 #include "navobjects/Gpx.h"
 #include "navobjects/NavChart.h"
 #include "navobjects/NavHost.h"
 #include "navobjects/NavObjects.h"
-#include "platform/fake/ManualClock.h"
-#include "platform/fake/MemorySettings.h"
-#include "platform/fake/ScriptedDialogs.h"
+#include "tests/support/Rig.h"
 
 namespace ombra {
 namespace {
@@ -96,16 +90,8 @@ public:
     Clock& clock;
 };
 
-struct World {
+struct World : test::FakePlatform {
     std::string root = (std::filesystem::temp_directory_path() / "ombra-bench-navobjects").string();
-    MemorySettings settings;
-    ScriptedDialogs dialogs;
-    ManualClock clock;
-    NoEvents events;
-    Globals globals;
-    Registry reg{settings, globals.ProductName};
-    ErrorReporter errors{dialogs, globals.ProductName};
-    Units units;
     PlainChart chart;
     MagVar magVar{std::string(OMBRA_SOURCE_DIR) + "/data/install/dat/"};
     VariationHost host{magVar, clock};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/Angles.h"
 #include "core/Val.h"
 
 namespace ombra::chartlib {
@@ -56,7 +57,7 @@ std::vector<ChartPoint> BoatPolygon(const BoatShape& shape, ChartPoint at, doubl
     double ppm = std::isfinite(pixelsPerMetre) && pixelsPerMetre > 0 ? pixelsPerMetre : 0;
     if (length * ppm < kMinBoatPixels) ppm = kMinBoatPixels / length;
     ppm = std::min(ppm, 4000.0 / length);
-    double a = screenAngle * M_PI / 180.0, c = std::cos(a), s = std::sin(a);
+    double a = screenAngle * kDegToRad, c = std::cos(a), s = std::sin(a);
     std::vector<ChartPoint> out;
     for (auto& p : shape.Points) {
         double x = p.first * ppm, y = p.second * ppm;

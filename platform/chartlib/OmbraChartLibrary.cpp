@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "core/Angles.h"
 #include "core/Paths.h"
 #include "core/Val.h"
 #include "navmath/RLGC.h"
@@ -631,7 +632,7 @@ void OmbraChartLibrary::DrawBoat(Canvas& c, ChartPoint at, double screenAngle, d
 }
 
 void OmbraChartLibrary::DrawTarget(Canvas& c, ChartPoint at, double screenAngle, int16_t kind, Rgb colour) {
-    double a = screenAngle * M_PI / 180.0, s = std::sin(a), co = std::cos(a);
+    double a = screenAngle * kDegToRad, s = std::sin(a), co = std::cos(a);
     auto pt = [&](double x, double y) {  // x starboard, y forward
         return ChartPoint{int32_t(std::lround(at.x + x * co + y * s)), int32_t(std::lround(at.y + x * s - y * co))};
     };

@@ -7,6 +7,8 @@
 
 #include <cmath>
 
+#include "core/Angles.h"
+
 namespace ombra::chartlib {
 
 namespace {
@@ -17,7 +19,6 @@ const double kA = GeographicLib::Constants::WGS84_a();
 const double kF = GeographicLib::Constants::WGS84_f();
 const double kE2 = kF * (2 - kF);
 const double kE = std::sqrt(kE2);
-constexpr double kDeg = M_PI / 180.0;
 
 // Meridian arc from the equator (Snyder 3-21).
 double MeridianArc(double phi) {
@@ -28,7 +29,7 @@ double MeridianArc(double phi) {
 
 // Ellipsoidal polyconic with the origin on the equator (Snyder 18-1..18-7).
 void PolyconicForward(double lat, double dlon, double& x, double& y) {
-    double phi = lat * kDeg, lam = dlon * kDeg;
+    double phi = lat * kDegToRad, lam = dlon * kDegToRad;
     if (std::fabs(phi) < 1e-12) {
         x = kA * lam;
         y = 0;
@@ -92,8 +93,8 @@ bool Projection::Forward(double lat, double lon, double& east, double& north) co
     switch (p_.Kind) {
     case ProjectionKind::Mercator: {
         if (std::fabs(lat) >= 89.5) return false;
-        double tau = std::tan(lat * kDeg);
-        east = kA * dlon * kDeg;
+        double tau = std::tan(lat * kDegToRad);
+        east = kA * dlon * kDegToRad;
         north = kA * std::asinh(Math::taupf(tau, kE));
         return true;
     }
@@ -125,8 +126,8 @@ bool Projection::Reverse(double east, double north, double& lat, double& lon) co
     switch (p_.Kind) {
     case ProjectionKind::Mercator: {
         double tau = Math::tauf(std::sinh(north / kA), kE);
-        la = std::atan(tau) / kDeg;
-        dlo = east / kA / kDeg;
+        la = std::atan(tau) / kDegToRad;
+        dlo = east / kA / kDegToRad;
         break;
     }
     case ProjectionKind::TransverseMercator: {
@@ -143,9 +144,9 @@ bool Projection::Reverse(double east, double north, double& lat, double& lon) co
     }
     case ProjectionKind::Polyconic: {
         // Newton's method on the forward form, from the spherical guess.
-        la = north / kA / kDeg;
-        double c = std::cos(la * kDeg);
-        dlo = std::fabs(c) > 1e-6 ? east / (kA * c) / kDeg : 0.0;
+        la = north / kA / kDegToRad;
+        double c = std::cos(la * kDegToRad);
+        dlo = std::fabs(c) > 1e-6 ? east / (kA * c) / kDegToRad : 0.0;
         for (int i = 0; i < 30; ++i) {
             double x, y;
             PolyconicForward(la, dlo, x, y);

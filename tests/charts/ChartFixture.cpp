@@ -6,13 +6,14 @@
 #include <cmath>
 
 #include "charts/ChartHeader.h"
+#include "core/Angles.h"
 #include "core/Paths.h"
 
 namespace ombra::test {
 
 namespace {
 const double kE = std::sqrt(GeographicLib::Constants::WGS84_f() * (2 - GeographicLib::Constants::WGS84_f()));
-double Psi(double lat) { return std::asinh(GeographicLib::Math::taupf(std::tan(lat * M_PI / 180), kE)); }
+double Psi(double lat) { return std::asinh(GeographicLib::Math::taupf(std::tan(lat * kDegToRad), kE)); }
 }  // namespace
 
 FixtureChart DefaultFixture() {
@@ -46,7 +47,7 @@ bool ChartWorld::Install(const FixtureChart& chart, const std::string& issueDate
         double pn = Psi(p.LatN), ps = Psi(p.LatS);
         for (double fx : {0.0, 0.5, 1.0})
             for (double fy : {0.0, 0.5, 1.0}) {
-                double lat = std::atan(GeographicLib::Math::tauf(std::sinh(pn - fy * (pn - ps)), kE)) * 180 / M_PI;
+                double lat = std::atan(GeographicLib::Math::tauf(std::sinh(pn - fy * (pn - ps)), kE)) * kRadToDeg;
                 s.Refs.push_back({p.X0 + fx * (p.X1 - p.X0), p.Y0 + fy * (p.Y1 - p.Y0), lat, p.LonW + fx * (p.LonE - p.LonW)});
             }
         s.Outline = {{p.LatN, p.LonW}, {p.LatN, p.LonE}, {p.LatS, p.LonE}, {p.LatS, p.LonW}};

@@ -7,13 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "charts/ChartModule.h"
-#include "core/ErrorReport.h"
-#include "core/Registry.h"
-#include "core/Units.h"
-#include "platform/chartlib/OmbraChartLibrary.h"
-#include "platform/fake/MemorySettings.h"
-#include "platform/fake/ScriptedDialogs.h"
+#include "tests/support/ChartRig.h"
 #include "tests/support/TestSupport.h"
 
 namespace ombra::test {
@@ -37,39 +31,10 @@ struct FixtureChart {
 // A plan of the whole raster over 49°50'N-50°10'N, 12°20'W-11°40'W.
 FixtureChart DefaultFixture();
 
-// A chart host for tests: each call goes to the function a test sets, and
-// the redraw requests are counted.
-struct RecordingChartHost : ChartHost {
-    std::function<void()> redraw, painted, warnings, status, opened, errors;
-    std::function<void(bool)> busy;
-    std::function<double(double)> deviation;
-    int redrawRequests = 0;
-    void ChartRedrawRequested() override {
-        ++redrawRequests;
-        if (redraw) redraw();
-    }
-    void ChartPainted() override { if (painted) painted(); }
-    void ChartWarningsChanged() override { if (warnings) warnings(); }
-    void ChartStatusChanged() override { if (status) status(); }
-    void ChartBusy(bool on) override { if (busy) busy(on); }
-    void ChartOpened() override { if (opened) opened(); }
-    void ChartErrorsChanged() override { if (errors) errors(); }
-    double CompassDeviation(double magnetic) override { return deviation ? deviation(magnetic) : 0.0; }
-};
-
 // Everything the chart modules need, over a temporary chart root.
-struct ChartWorld {
+struct ChartWorld : ChartRig {
     ChartWorld();
     TempDir root;
-    ScriptedDialogs dialogs;
-    std::string product = "Tarnel";
-    ErrorReporter errors{dialogs, product};
-    MemorySettings settings;
-    Registry registry{settings, product};
-    Units units;
-    chartlib::OmbraChartLibrary library;
-    RecordingChartHost host;
-    ChartModule charts{library, dialogs, errors, registry, product, units, host};
 
     // Installs a fixture chart; false with the message in `why`.
     bool Install(const FixtureChart& chart, const std::string& issueDate = "20240601", std::string* why = nullptr);

@@ -51,7 +51,7 @@ TEST(Legs, BothEndsOnAPlanIsOnePieceWithItsLabel) {
     // This plan is stretched (its pixels are not square on the ground), so
     // the course on the plan differs from the rhumb line's.
     double dx = b.Pixel[0].x - a.Pixel[0].x, dy = -(b.Pixel[0].y - a.Pixel[0].y);
-    double onPlan = std::fmod(90.0 - std::atan2(dy, dx) * 180.0 / M_PI + 360.0, 360.0);
+    double onPlan = std::fmod(90.0 - std::atan2(dy, dx) * kRadToDeg + 360.0, 360.0);
     EXPECT_NEAR(Val(texts[0].text.substr(0, 3)), onPlan, 0.5);
     EXPECT_GT(std::fabs(onPlan - course), 2.0);
     // The box under the label is filled in the background colour.

@@ -5,15 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "core/ErrorReport.h"
-#include "core/Registry.h"
-#include "core/Startup.h"
-#include "core/Units.h"
 #include "instruments/Instruments.h"
-#include "platform/comms/ScriptedComms.h"
-#include "platform/fake/ManualClock.h"
-#include "platform/fake/MemorySettings.h"
-#include "platform/fake/ScriptedDialogs.h"
+#include "tests/support/InstrumentsRig.h"
 
 namespace ombra::test {
 
@@ -93,22 +86,9 @@ struct RecordingChart : ChartOps {
 #undef OMBRA_RECORD_AT
 
 // The subsystem over `ports`, or over `live` when given.
-struct InstrumentsFixture {
-    MemorySettings store;
-    Globals globals;
-    Registry reg{store, globals.ProductName};
-    Units units;
-    ManualClock clock;
-    NoEvents events;
-    ScriptedDialogs dialogs;
-    ErrorReporter errors{dialogs, globals.ProductName};
-    ScriptedComms ports;
-    RecordingHooks hooks;
-    RecordingChart chart;
-    Comms* live;
-    Instruments ins{{reg, units, globals, clock, events, errors, live ? *live : ports, hooks, chart}};
-
-    explicit InstrumentsFixture(const std::string& appPath = "/nonexistent-ombra-app/", Comms* comms = nullptr) : live(comms) {
+struct InstrumentsFixture : InstrumentsRig<RecordingHooks, RecordingChart> {
+    explicit InstrumentsFixture(const std::string& appPath = "/nonexistent-ombra-app/", Comms* comms = nullptr)
+        : InstrumentsRig(comms) {
         globals.AppPath = appPath;
         clock.SetTime(12, 0, 0);
     }

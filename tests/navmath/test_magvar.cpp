@@ -82,7 +82,7 @@ double ReferenceDeclination(const MagModel& m, double latDeg, double lonDeg) {
     const double bx = -gx, by = -gy, bz = -gz;
     const double east = M[0] * bx + M[3] * by + M[6] * bz;
     const double north = M[1] * bx + M[4] * by + M[7] * bz;
-    return std::atan2(east, north) * 180.0 / M_PI;
+    return std::atan2(east, north) * kRadToDeg;
 }
 
 // A copy of the shipped files in a temporary folder.

@@ -11,17 +11,12 @@
 #include <string>
 #include <vector>
 
-#include "core/ErrorReport.h"
-#include "core/Registry.h"
-#include "core/Startup.h"
-#include "core/Units.h"
 #include "navobjects/NavChart.h"
 #include "navobjects/NavHost.h"
 #include "navobjects/NavObjects.h"
 #include "navobjects/NavStore.h"
-#include "platform/fake/ManualClock.h"
-#include "platform/fake/MemorySettings.h"
-#include "platform/fake/ScriptedDialogs.h"
+#include "navobjects/Symbols.h"
+#include "tests/support/Rig.h"
 #include "tests/support/TestSupport.h"
 
 namespace ombra::test {
@@ -130,16 +125,8 @@ private:
 };
 
 // Everything a store is built with, over a temporary user data root.
-struct NavWorld {
+struct NavWorld : FakePlatform {
     TempDir dir;
-    MemorySettings settings;
-    ScriptedDialogs dialogs;
-    ManualClock clock;
-    NoEvents events;
-    Globals globals;
-    Registry reg{settings, globals.ProductName};
-    ErrorReporter errors{dialogs, globals.ProductName};
-    Units units;
     FakeChart chart;
     ScriptedHost host;
     NavContext ctx{reg, dialogs, errors, units, clock, events, chart, host, globals};
@@ -151,6 +138,27 @@ struct NavWorld {
     std::string Path(const std::string& rel) const { return dir.path() + "/" + rel; }
     std::vector<std::string> Messages() const;  // every message box's text
     std::vector<std::string> Errors() const;    // the error reports' texts
+};
+
+// One store on a fresh world, its folder made.
+template <class Store>
+struct StoreTest : ::testing::Test {
+    NavWorld w;
+    SymbolStrips symbols;
+    Store store{w.ctx, symbols};
+    void SetUp() override { store.InitData(); }
+    // A file in the store's folder: "Routes/vst00001.rte".
+    std::string FolderFile(const std::string& name) const {
+        return w.Path(std::string(store.Kind().folder) + "/" + name);
+    }
+    // The bytes as the index's only database, `indexName`, selected.
+    void OpenBytes(const std::string& bytes, const std::string& indexName) {
+        const std::string ext = store.Kind().extension;
+        WriteFile(FolderFile("vst00001." + ext), bytes);
+        WriteFile(FolderFile("vst00000." + ext), "\"" + indexName + "\",\"vst00001." + ext + "\"\r\n");
+        w.host.listPicks.push_back(0);
+        ASSERT_TRUE(store.SelectDB());
+    }
 };
 
 // All the stores, each with a database open: Marks, Routes and Areas.

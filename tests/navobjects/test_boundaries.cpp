@@ -6,18 +6,10 @@
 namespace ombra::test {
 namespace {
 
-struct BoundaryStore : ::testing::Test {
-    NavWorld w;
-    SymbolStrips symbols;
-    Boundaries bd{w.ctx, symbols};
-    void SetUp() override { bd.InitBoundaries(); }
-    std::string F(const std::string& name) const { return w.Path("Boundaries/" + name); }
-    void Open(const std::string& file) {
-        WriteFile(F("vst00001.bdy"), NavData("boundaries/" + file));
-        WriteFile(F("vst00000.bdy"), "\"Index name\",\"vst00001.bdy\"\r\n");
-        w.host.listPicks.push_back(0);
-        ASSERT_TRUE(bd.SelectBoundaryDB());
-    }
+struct BoundaryStore : StoreTest<Boundaries> {
+    Boundaries& bd = store;
+    std::string F(const std::string& name) const { return FolderFile(name); }
+    void Open(const std::string& file) { OpenBytes(NavData("boundaries/" + file), "Index name"); }
 };
 
 TEST_F(BoundaryStore, A217FileHasSevenValueHeadersAndIsResavedWithNine) {

@@ -10,18 +10,9 @@
 namespace ombra::test {
 namespace {
 
-struct RouteStore : ::testing::Test {
-    NavWorld w;
-    SymbolStrips symbols;
-    Routes rt{w.ctx, symbols};
-    void SetUp() override { rt.InitRoutesData(); }
-    std::string FolderFile(const std::string& name) const { return w.Path("Routes/" + name); }
-    void Open(const std::string& dataFile) {
-        WriteFile(FolderFile("vst00001.rte"), NavData("routes/" + dataFile));
-        WriteFile(FolderFile("vst00000.rte"), "\"Index name\",\"vst00001.rte\"\r\n");
-        w.host.listPicks.push_back(0);
-        ASSERT_TRUE(rt.SelectRouteDB());
-    }
+struct RouteStore : StoreTest<Routes> {
+    Routes& rt = store;
+    void Open(const std::string& dataFile) { OpenBytes(NavData("routes/" + dataFile), "Index name"); }
     // A database with one route of `n` points a minute of latitude apart.
     int16_t MakeRoute(int n) {
         w.dialogs.texts = {"Edits", "R001"};

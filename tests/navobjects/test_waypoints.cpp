@@ -11,11 +11,8 @@
 namespace ombra::test {
 namespace {
 
-struct WaypointStore : ::testing::Test {
-    NavWorld w;
-    SymbolStrips symbols;
-    Waypoints wp{w.ctx, symbols};
-    void SetUp() override { wp.InitWayPointData(); }
+struct WaypointStore : StoreTest<Waypoints> {
+    Waypoints& wp = store;
     void NewDb(const std::string& name) {  // through the menu's input box
         w.dialogs.texts.push_back(name);
         wp.NewWaypointDB();
@@ -25,7 +22,6 @@ struct WaypointStore : ::testing::Test {
     bool Accept(WaypointFields& f, Waypoint& rec) {
         return AcceptFields(f, rec, w.units, w.dialogs, w.globals.ProductName);
     }
-    std::string FolderFile(const std::string& name) const { return w.Path("Waypoint/" + name); }
 };
 
 // Open a data file as database "name" of a fresh store.
