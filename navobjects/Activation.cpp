@@ -14,12 +14,11 @@
 namespace ombra {
 
 Activation::Activation(NavContext& ctx, Waypoints& waypoints, Routes& routes, ActiveLeg& leg)
-    : ctx_(ctx), waypoints_(waypoints), routes_(routes), leg_(leg) {
-    waypoints_.OnDeactivate = [this](bool noRedraw) { DeactivateWaypoint(noRedraw); };
-    waypoints_.OnActiveRange = [this](float r) { UpdateActiveRange(r); };
-    routes_.OnDeactivate = [this](bool noRedraw) { DeactivateRoute(noRedraw); };
-    routes_.OnActiveRange = [this](float r) { UpdateActiveRange(r); };
-}
+    : ctx_(ctx), waypoints_(waypoints), routes_(routes), leg_(leg) {}
+
+void Activation::ActiveWaypointDeleted(bool noRedraw) { DeactivateWaypoint(noRedraw); }
+void Activation::ActiveRouteDeleted(bool noRedraw) { DeactivateRoute(noRedraw); }
+void Activation::ActiveRangeChanged(float range) { UpdateActiveRange(range); }
 
 std::string Activation::ShortName(const std::string& name) {
     size_t dot = name.find('.');

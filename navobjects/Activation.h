@@ -26,6 +26,7 @@
 #include <string>
 
 #include "instruments/ActiveLeg.h"
+#include "navobjects/ActivePointWatch.h"
 #include "navobjects/NavStore.h"
 
 namespace ombra {
@@ -34,9 +35,14 @@ class Waypoints;
 class Routes;
 struct Waypoint;
 
-class Activation {
+class Activation : public ActivePointWatch {
 public:
     Activation(NavContext& ctx, Waypoints& waypoints, Routes& routes, ActiveLeg& leg);
+
+    // What the stores report of the active point (ActivePointWatch).
+    void ActiveWaypointDeleted(bool noRedraw) override;
+    void ActiveRouteDeleted(bool noRedraw) override;
+    void ActiveRangeChanged(float range) override;
 
     bool ActivateWaypoint(int16_t index);
     void DeactivateWaypoint(bool noRedraw);

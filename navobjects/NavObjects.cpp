@@ -9,16 +9,14 @@ namespace ombra {
 
 NavObjects::NavObjects(NavContext& c, ActiveLeg& leg)
     : ctx(c),
-      waypoints(c, symbols),
-      routes(c, symbols),
+      activation(c, waypoints, routes, leg),
+      waypoints(c, symbols, &activation),
+      routes(c, symbols, &activation),
       boundaries(c, symbols),
       tracks(c),
       dividers(c),
       vectors(c),
-      activation(c, waypoints, routes, leg),
       tools(c, waypoints, routes, boundaries, dividers, vectors, activation) {
-    waypoints.VesselPosition = [this] { return ctx.host.VesselPos(); };
-    routes.VesselPosition = [this] { return ctx.host.VesselPos(); };
 }
 
 void NavObjects::LoadNavObjects() {

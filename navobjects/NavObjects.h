@@ -29,13 +29,14 @@ public:
 
     NavContext& ctx;
     SymbolStrips symbols;
+    // Built before the stores it watches, so that they can report to it.
+    Activation activation;
     Waypoints waypoints;
     Routes routes;
     Boundaries boundaries;
     Tracks tracks;
     Dividers dividers;
     Vectors vectors;
-    Activation activation;
     MouseTools tools;
 
     // At start-up, with the other modules' settings: the boundary store,

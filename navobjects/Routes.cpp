@@ -34,8 +34,9 @@ const ChainWords kRouteWords{"R",
                              false};
 }  // namespace
 
-Routes::Routes(NavContext& ctx, const SymbolStrips& symbols)
-    : PointChainStore(ctx, kRouteStore, "InitRoutesData", "OpenRouteDB", "SaveRouteDB", kRouteWords, symbols) {}
+Routes::Routes(NavContext& ctx, const SymbolStrips& symbols, ActivePointWatch* watch)
+    : PointChainStore(ctx, kRouteStore, "InitRoutesData", "OpenRouteDB", "SaveRouteDB", kRouteWords, symbols),
+      watch_(watch) {}
 
 std::string Routes::PointName(int16_t route, int16_t index) { return ChainPointName(kRouteWords, route, index); }
 
@@ -100,11 +101,11 @@ bool Routes::MayMovePoint(int16_t route, int16_t point) {
 }
 
 void Routes::ChainGoing(int16_t route) {
-    if (ActiveRoute == route && OnDeactivate) OnDeactivate(true);
+    if (ActiveRoute == route && watch_) watch_->ActiveRouteDeleted(true);
 }
 
 void Routes::PointEdited(int16_t route, int16_t point, const Waypoint& p) {
-    if (IsActivePoint(route, point) && OnActiveRange) OnActiveRange(std::fabs(p.AlarmRange));
+    if (IsActivePoint(route, point) && watch_) watch_->ActiveRangeChanged(std::fabs(p.AlarmRange));
 }
 
 void Routes::EndNewRoute(int16_t route) {
@@ -119,7 +120,7 @@ int16_t Routes::AddRoutePointBy(int16_t route, AddBy how) {
     Route* r = At(route);
     if (!r || !r->Used()) return 0;
     Waypoint wp = NewNode(route, int16_t(r->Points.size() + 1));
-    if (how == AddBy::GPS && VesselPosition) wp.Position.Wgs84 = VesselPosition();
+    if (how == AddBy::GPS) wp.Position.Wgs84 = ctx_.host.VesselPos();
     WaypointDialogRequest req{"New Routepoint", "Route:", r->Name, wp};
     if (!ctx_.host.WaypointDialog(req)) return 0;
     int16_t index = AddRoutePoint(route, req.Record.Position.Wgs84);

@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "navobjects/ActivePointWatch.h"
 #include "navobjects/PointChain.h"
 #include "navobjects/Route.h"
 #include "navobjects/Waypoints.h"
@@ -42,7 +43,8 @@ struct RouteRow {
 
 class Routes : public PointChainStore<Route> {
 public:
-    Routes(NavContext& ctx, const SymbolStrips& symbols);
+    // `watch` hears of edits to the active route; none in a tool.
+    Routes(NavContext& ctx, const SymbolStrips& symbols, ActivePointWatch* watch = nullptr);
 
     int16_t& SelectedRoute = selChain_;
     int16_t& SelectedPoint = selPoint_;
@@ -96,9 +98,6 @@ public:
     // The name a point of `route` gets at `index`: "R3.WP12".
     static std::string PointName(int16_t route, int16_t index);
 
-    std::function<void(bool noRedraw)> OnDeactivate;
-    std::function<void(float range)> OnActiveRange;
-    std::function<LatLong()> VesselPosition;
 
 protected:
     void ClearRecords() override;
@@ -119,6 +118,7 @@ protected:
 private:
     int16_t DefaultLegFlag() const;
     bool IsActivePoint(int16_t route, int16_t point) const;
+    ActivePointWatch* watch_;
 };
 
 }  // namespace ombra

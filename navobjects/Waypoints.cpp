@@ -47,8 +47,10 @@ ReadOutcome ReadWaypointFile(const std::string& text, std::string& name, std::ve
     });
 }
 
-Waypoints::Waypoints(NavContext& ctx, const SymbolStrips& symbols)
-    : NavStore(ctx, kWaypointStore, "InitWayPointData", "OpenWaypointDB", "SaveWaypointDB"), symbols_(symbols) {}
+Waypoints::Waypoints(NavContext& ctx, const SymbolStrips& symbols, ActivePointWatch* watch)
+    : NavStore(ctx, kWaypointStore, "InitWayPointData", "OpenWaypointDB", "SaveWaypointDB"),
+      symbols_(symbols),
+      watch_(watch) {}
 
 Waypoint* Waypoints::At(int16_t slot) {
     return (slot >= 1 && slot <= Count()) ? &List[size_t(slot - 1)] : nullptr;
@@ -124,7 +126,7 @@ int16_t Waypoints::AddWaypoint(AddBy how, const LatLong* clicked) {
     if (how == AddBy::Mouse) {
         if (clicked) rec.Position.Wgs84 = *clicked;
     } else {
-        if (how == AddBy::GPS && VesselPosition) rec.Position.Wgs84 = VesselPosition();
+        if (how == AddBy::GPS) rec.Position.Wgs84 = ctx_.host.VesselPos();
         WaypointDialogRequest req{"New Waypoint", "Database:", CurrentName, rec};
         if (!ctx_.host.WaypointDialog(req)) {
             if (appended) List.pop_back();
@@ -161,7 +163,7 @@ bool Waypoints::EditWaypoint(int16_t slot) {
     rec.Number = wp->Number;
     SetPosition(rec, rec.Position.Wgs84);
     *wp = std::move(rec);
-    if (ActiveIndex == slot && !ActiveIsRoutePoint && OnActiveRange) OnActiveRange(std::fabs(wp->AlarmRange));
+    if (ActiveIndex == slot && !ActiveIsRoutePoint && watch_) watch_->ActiveRangeChanged(std::fabs(wp->AlarmRange));
     ctx_.host.ListsChanged();
     ctx_.chart.Redraw();
     return true;
@@ -171,7 +173,7 @@ bool Waypoints::DeleteWaypoint(int16_t slot) {
     const Waypoint* wp = At(slot);
     if (!wp || !wp->Used()) return false;
     if (!ConfirmDelete(DeleteKind::Waypoint, ctx_.dialogs, ctx_.globals.ProductName)) return false;
-    if (ActiveIndex == slot && !ActiveIsRoutePoint && OnDeactivate) OnDeactivate(true);
+    if (ActiveIndex == slot && !ActiveIsRoutePoint && watch_) watch_->ActiveWaypointDeleted(true);
     RemoveSlot(slot);
     ctx_.chart.Redraw();
     ctx_.host.ListsChanged();

@@ -25,6 +25,7 @@
 #include <string>
 #include <vector>
 
+#include "navobjects/ActivePointWatch.h"
 #include "navobjects/NavStore.h"
 #include "navobjects/Waypoint.h"
 
@@ -46,7 +47,8 @@ struct WaypointRow {
 
 class Waypoints : public NavStore {
 public:
-    Waypoints(NavContext& ctx, const SymbolStrips& symbols);
+    // `watch` hears of edits to the active waypoint; none in a tool.
+    Waypoints(NavContext& ctx, const SymbolStrips& symbols, ActivePointWatch* watch = nullptr);
 
     std::vector<Waypoint> List;
     int16_t Selected = 0;      // the waypoint menus act on; 0 none
@@ -100,11 +102,6 @@ public:
     // A blank record with the defaults of a new waypoint in `slot`.
     Waypoint NewRecord(int16_t slot) const;
 
-    // Wired by NavObjects: de-activation and the active leg's range.
-    std::function<void(bool noRedraw)> OnDeactivate;
-    std::function<void(float range)> OnActiveRange;
-    // The vessel's position for adding by GPS.
-    std::function<LatLong()> VesselPosition;
 
 protected:
     void ClearRecords() override;
@@ -116,6 +113,7 @@ protected:
 
 private:
     const SymbolStrips& symbols_;
+    ActivePointWatch* watch_;
 };
 
 // The whole text of a waypoint file.

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "navobjects/NavChart.h"
@@ -111,7 +112,8 @@ public:
     void SetCursorAt(ChartPoint p) override { cursorAt.push_back(p); }
     float Variation(const LatLong&) override { return variation; }
     bool VesselActive() override { return false; }
-    LatLong VesselPos() override { return {}; }
+    LatLong vesselPos{};
+    LatLong VesselPos() override { return vesselPos; }
     void ActiveLegChanged() override {}
 
 private:
@@ -140,12 +142,35 @@ struct NavWorld : FakePlatform {
     std::vector<std::string> Errors() const;    // the error reports' texts
 };
 
-// One store on a fresh world, its folder made.
+// What a store reports of the active point, to the functions a test sets.
+struct RecordingWatch : ActivePointWatch {
+    std::function<void(bool)> waypointDeleted, routeDeleted;
+    std::function<void(float)> rangeChanged;
+    void ActiveWaypointDeleted(bool noRedraw) override {
+        if (waypointDeleted) waypointDeleted(noRedraw);
+    }
+    void ActiveRouteDeleted(bool noRedraw) override {
+        if (routeDeleted) routeDeleted(noRedraw);
+    }
+    void ActiveRangeChanged(float range) override {
+        if (rangeChanged) rangeChanged(range);
+    }
+};
+
+// One store on a fresh world, its folder made; a store that reports its
+// active point reports to `watch`.
 template <class Store>
 struct StoreTest : ::testing::Test {
     NavWorld w;
     SymbolStrips symbols;
-    Store store{w.ctx, symbols};
+    RecordingWatch watch;
+    Store store = Make();
+    Store Make() {
+        if constexpr (std::is_constructible_v<Store, NavContext&, const SymbolStrips&, ActivePointWatch*>)
+            return Store(w.ctx, symbols, &watch);
+        else
+            return Store(w.ctx, symbols);
+    }
     void SetUp() override { store.InitData(); }
     // A file in the store's folder: "Routes/vst00001.rte".
     std::string FolderFile(const std::string& name) const {

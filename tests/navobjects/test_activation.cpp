@@ -33,9 +33,9 @@ struct Activating : ::testing::Test {
     HeadlessChart chartOps;
     Instruments ins{{w.reg, w.units, w.globals, w.clock, w.events, w.errors, ports, hooks, chartOps}};
     SymbolStrips symbols;
-    Waypoints wp{ctx, symbols};
-    Routes rt{ctx, symbols};
     Activation act{ctx, wp, rt, ins.leg};
+    Waypoints wp{ctx, symbols, &act};
+    Routes rt{ctx, symbols, &act};
     LatLong vessel = DM(50, 0, -5, 0);
 
     void SetUp() override {

@@ -168,7 +168,7 @@ TEST_F(WaypointStore, KeyboardAndGpsUseTheDialogAndCancelUndoesTheSlot) {
     wp.DeleteWaypoint(1);
     // By GPS the vessel's position is filled in and kept in full precision.
     LatLong vessel{-15120.123456789, 181800.987654321};
-    wp.VesselPosition = [&] { return vessel; };
+    w.host.vesselPos = vessel;
     WaypointDialogRequest seen;
     w.host.waypointDialog = [&](WaypointDialogRequest& r) {
         seen = r;
@@ -240,7 +240,7 @@ TEST_F(WaypointStore, ActiveWaypointCannotBeMovedAndDeletionDeactivates) {
     EXPECT_EQ(wp.At(2)->Position.Pixel[0], w.chart.Pixel(q));
     // Deleting the destination de-activates it first.
     bool deactivated = false;
-    wp.OnDeactivate = [&](bool) { deactivated = true, wp.ActiveIndex = 0; };
+    watch.waypointDeleted = [&](bool) { deactivated = true, wp.ActiveIndex = 0; };
     w.dialogs.replies.push_back(mb::Yes);
     wp.DeleteWaypoint(1);
     EXPECT_TRUE(deactivated);
