@@ -91,6 +91,11 @@ void VesselModule::SetVesselMode(int16_t mode) {
                     vessel.FixTime = vessel.FixDate = 0.0;
                 }
                 vessel.Mode = kModeNone;
+                // Whatever the connecting showed goes with it: the prompt,
+                // the hourglass and the count of tries.
+                c_.hooks.SetInfoLine(InfoPanel::Prompt, "");
+                c_.hooks.SetBusyCursor(false);
+                ConnectTries = 0;
                 c_.console.AllNotAvailable();
                 c_.console.AgeLine.clear();
                 SetStatus("Off Line", 0);
