@@ -79,6 +79,7 @@ void VesselModule::SetVesselMode(int16_t mode) {
                 SetStatus(mode == kModeDR ? "DR" : "FILE DR", kStatusBlue);
                 c_.hooks.SetInfoLine(InfoPanel::Prompt, "");
                 c_.hooks.SetInfoLine(InfoPanel::Detail, "");
+                c_.hooks.SetBusyCursor(false);  // dead reckoning may follow connecting
                 vessel.Mode = mode;
                 break;
             case kModeNone:

@@ -155,6 +155,8 @@ TEST(Connection, ThePromptAndHourglassGoWithTheConnection) {
              for (int i = 0; i < 20; ++i) f.ins.vessel.UpdateVesselPos();
          },
          kModeNone},
+        {"dead reckoning chosen", [](InstrumentsFixture& f) { f.ins.vessel.SetVesselMode(kModeDR); }, kModeDR},
+        {"file dead reckoning", [](InstrumentsFixture& f) { f.ins.vessel.SetVesselMode(kModeFileDR); }, kModeFileDR},
         {"a fix", [](InstrumentsFixture& f) {
              f.ports.Feed(1, Sentence("GPGGA,120000,5000.000,N,01200.000,W,1,08,0.9,1.0,M,50.0,M,,"));
              f.ins.comm.ReadGPSPort();
