@@ -254,24 +254,29 @@ void Comm::ReadARPAPort() {
 }
 
 bool Comm::OpenForOutput() {
-    const int16_t port = settings_.GPSPort;
-    if (port != 0 && comms_.ComPortStatus(port) == 1) {
-        outputFailure_ = OutputFailure{};
-        return true;
-    }
-    OpenResult r = TryOpen(port, settings_.GPSBaudRate);
-    if (r == OpenResult::Opened) {
-        outputFailure_ = OutputFailure{};
-        if (settings_.WPMode == 2) MagellanHandshakeOn();
-        return true;
-    }
-    const OutputFailure now{true, port, settings_.GPSBaudRate, r};
-    const OutputFailure& was = outputFailure_;
-    if (!was.reported || was.port != now.port || was.baud != now.baud || was.result != now.result) {
-        outputFailure_ = now;
-        ReportOpenFailure(r, "GPS", CommDialog::GPS, "GPS");
-    }
-    return false;
+    bool open = false;
+    errors_.Guard("SendToPort", [&] {
+        const int16_t port = settings_.GPSPort;
+        if (port != 0 && comms_.ComPortStatus(port) == 1) {
+            outputFailure_ = OutputFailure{};
+            open = true;
+            return;
+        }
+        const OpenResult r = TryOpen(port, settings_.GPSBaudRate);
+        if (r == OpenResult::Opened) {
+            outputFailure_ = OutputFailure{};
+            if (settings_.WPMode == 2) MagellanHandshakeOn();
+            open = true;
+            return;
+        }
+        const OutputFailure now{true, port, settings_.GPSBaudRate, r};
+        const OutputFailure& was = outputFailure_;
+        if (!was.reported || was.port != now.port || was.baud != now.baud || was.result != now.result) {
+            outputFailure_ = now;
+            ReportOpenFailure(r, "GPS", CommDialog::GPS, "GPS");
+        }
+    });
+    return open;
 }
 
 void Comm::SendToPort(const std::string& text, bool openIfClosed) {
