@@ -41,22 +41,29 @@ bool Comm::ReadLine(int16_t port, std::string& line) {
     return true;
 }
 
-bool Comm::OpenInput(int16_t port, int32_t baud, const char* name, CommDialog dialog, const char* checkName) {
+Comm::OpenResult Comm::TryOpen(int16_t port, int32_t baud) {
+    if (port == 0) return OpenResult::NoPort;
+    return comms_.OpenComPort(port, baud) == 0 ? OpenResult::Failed : OpenResult::Opened;
+}
+
+void Comm::ReportOpenFailure(OpenResult r, const char* name, CommDialog dialog, const char* checkName) {
     Dialogs& dlg = errors_.dialogs();
-    if (port == 0) {
+    if (r == OpenResult::NoPort) {
         dlg.MsgBox(std::string("No port selected for ") + name + " input!", mb::OKOnly | mb::Exclamation,
                    errors_.ProductName());
         hooks_.ShowCommDialog(dialog);
-        return false;
-    }
-    if (comms_.OpenComPort(port, baud) == 0) {
+    } else if (r == OpenResult::Failed) {
         dlg.MsgBox(std::string("The ") + name + " serial port is already open or does not exist!\n" +
                        "Check no other programs are using the port, and that your " + checkName + " port\n" +
                        "does not match your mouse connection.",
                    mb::OKOnly | mb::Exclamation, errors_.ProductName());
-        return false;
     }
-    return true;
+}
+
+bool Comm::OpenInput(int16_t port, int32_t baud, const char* name, CommDialog dialog, const char* checkName) {
+    OpenResult r = TryOpen(port, baud);
+    ReportOpenFailure(r, name, dialog, checkName);
+    return r == OpenResult::Opened;
 }
 
 bool Comm::OpenGPSPort() {
@@ -99,9 +106,11 @@ bool Comm::StartGPS() {
     errors_.Guard("StartGPS", [&] {
         if (vessel_.VesselMode() != kModeNone) return;
         if (!OpenGPSPort()) return;
-        arpaOpen_ = settings_.ARPAEnable && OpenARPAPort();
-        gyroOpen_ = settings_.GyroUseGyroPort && OpenGyroPort();
-        aisOpen_ = !settings_.AISUseGPSPort && settings_.AISEnable && OpenAISPort();
+        connection_ = Connection{};
+        connection_.gps = settings_.GPSPort;
+        if (settings_.ARPAEnable && OpenARPAPort()) connection_.arpa = settings_.ARPAPort;
+        if (settings_.GyroUseGyroPort && OpenGyroPort()) connection_.gyro = settings_.GyroPort;
+        if (!settings_.AISUseGPSPort && settings_.AISEnable && OpenAISPort()) connection_.ais = settings_.AISPort;
         decoder_.ClearFix();
         hooks_.ClearArpaTargets();
         vessel_.SetVesselMode(kModeConnecting);
@@ -114,11 +123,15 @@ bool Comm::StartGPS() {
 void Comm::StopGPS() {
     errors_.Guard("StopGPS", [&] {
         hooks_.ClearActiveTargets();
-        CloseGPSPort();
-        if (arpaOpen_) comms_.CloseComPort(settings_.ARPAPort);
-        if (aisOpen_) comms_.CloseComPort(settings_.AISPort);
-        if (gyroOpen_) comms_.CloseComPort(settings_.GyroPort);
-        arpaOpen_ = aisOpen_ = gyroOpen_ = false;
+        // The port the connection opened, whatever the setting says now.
+        const Connection was = connection_;
+        connection_ = Connection{};
+        const int16_t gps = was.gps != 0 ? was.gps : settings_.GPSPort;
+        if (comms_.ComPortStatus(gps) == 1 && settings_.WPMode == 2) MagellanHandshakeOff(gps);
+        comms_.CloseComPort(gps);
+        if (was.arpa != 0) comms_.CloseComPort(was.arpa);
+        if (was.ais != 0) comms_.CloseComPort(was.ais);
+        if (was.gyro != 0) comms_.CloseComPort(was.gyro);
         vessel_.SetVesselMode(kModeNone);
         hooks_.SetGPSMenuState(false);
     });
@@ -240,11 +253,40 @@ void Comm::ReadARPAPort() {
     });
 }
 
-void Comm::SendToPort(const std::string& text, bool openIfClosed) {
+bool Comm::OpenForOutput() {
+    bool open = false;
     errors_.Guard("SendToPort", [&] {
-        int16_t port = settings_.GPSPort;
+        const int16_t port = settings_.GPSPort;
+        if (port != 0 && comms_.ComPortStatus(port) == 1) {
+            outputFailure_ = OutputFailure{};
+            open = true;
+            return;
+        }
+        const OpenResult r = TryOpen(port, settings_.GPSBaudRate);
+        if (r == OpenResult::Opened) {
+            outputFailure_ = OutputFailure{};
+            if (settings_.WPMode == 2) MagellanHandshakeOn();
+            open = true;
+            return;
+        }
+        const OutputFailure now{true, port, settings_.GPSBaudRate, r};
+        const OutputFailure& was = outputFailure_;
+        if (!was.reported || was.port != now.port || was.baud != now.baud || was.result != now.result) {
+            outputFailure_ = now;
+            ReportOpenFailure(r, "GPS", CommDialog::GPS, "GPS");
+        }
+    });
+    return open;
+}
+
+void Comm::SendToPort(const std::string& text, bool openIfClosed) {
+    SendToPortNumber(settings_.GPSPort, text, openIfClosed);
+}
+
+void Comm::SendToPortNumber(int16_t port, const std::string& text, bool openIfClosed) {
+    errors_.Guard("SendToPort", [&] {
         if (comms_.ComPortStatus(port) != 1) {
-            if (!openIfClosed || !OpenGPSPort()) return;
+            if (!openIfClosed || port != settings_.GPSPort || !OpenForOutput()) return;
         }
         for (size_t at = 0; at < text.size(); at += 32000) {
             std::string_view piece = std::string_view(text).substr(at, 32000);
@@ -253,8 +295,8 @@ void Comm::SendToPort(const std::string& text, bool openIfClosed) {
     });
 }
 
-void Comm::SendMagellan(const std::string& command) {
-    SendToPort("$" + command + "*" + NmeaChecksum(command) + "\r\n\r\n");
+void Comm::SendMagellan(const std::string& command, int16_t port) {
+    SendToPortNumber(port, "$" + command + "*" + NmeaChecksum(command) + "\r\n\r\n");
 }
 
 bool Comm::WaitReply(double seconds) {
@@ -277,7 +319,7 @@ bool Comm::MagellanHandshakeOn() {
     const std::string sum = NmeaChecksum(command);
     double start = clock_.Timer();
     while (Elapsed(start, clock_.Timer()) < 20.0) {
-        SendMagellan(command);
+        SendMagellan(command, settings_.GPSPort);
         CommsReply.clear();
         if (WaitReply(1.0)) {
             std::string reply = CommsReply;
@@ -289,14 +331,16 @@ bool Comm::MagellanHandshakeOn() {
     return false;
 }
 
-void Comm::MagellanHandshakeOff() {
-    SendMagellan("PMGNCMD,HANDOFF");
+void Comm::MagellanHandshakeOff() { MagellanHandshakeOff(settings_.GPSPort); }
+
+void Comm::MagellanHandshakeOff(int16_t port) {
+    SendMagellan("PMGNCMD,HANDOFF", port);
     double start = clock_.Timer();
     while (Elapsed(start, clock_.Timer()) < 1.0) {
         events_.DoEvents();
         clock_.Sleep(50);
     }
-    SendToPort("\r\n$$");
+    SendToPortNumber(port, "\r\n$$");
 }
 
 bool Comm::OpenTestPort() {

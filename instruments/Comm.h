@@ -28,7 +28,13 @@
 // What a decoder finds wrong (a number too large for its field, VTG
 // missing for five minutes) is shown by Report, under the decoder's name,
 // on the sentence that found it. A port that cannot be opened gets one
-// warning box naming the input, and the vessel mode stays as it was.
+// warning box naming the input, and the vessel mode stays as it was. The
+// NMEA output opens the GPS port at most once a burst, and says that it
+// cannot only the first time: again only once the port, its rate or the
+// kind of failure has changed, or the port has opened in between.
+//
+// A connection closes the ports it opened, by the numbers they had when
+// they opened: a setting changed meanwhile cannot strand a port.
 //
 // Ownership: Comm keeps references to everything it is built with; they
 // must outlive it. It owns no port: the Comms implementation does, and
@@ -77,6 +83,9 @@ public:
 
     bool StartGPS();
     void StopGPS();
+    // True from a StartGPS that opened the GPS port to the StopGPS after it:
+    // the port settings are not to be changed meanwhile.
+    bool Connected() const { return connection_.gps != 0; }
 
     bool OpenGPSPort();
     bool OpenAISPort();
@@ -99,8 +108,13 @@ public:
     // name, then the VTG warning.
     void Report(const DecodeResult& r);
 
-    // Writes text on the GPS port, opening it first when asked to.
+    // Writes text on the GPS port, opening it first when asked to (as
+    // OpenForOutput does).
     void SendToPort(const std::string& text, bool openIfClosed = false);
+    // Makes sure the GPS port is open for output: one attempt to open it
+    // when it is closed, its failure reported only when it differs from
+    // the last one reported (see above). True when the port is open.
+    bool OpenForOutput();
 
     // The Magellan link handshake (WPMode 2). HandshakeOn is true once the
     // GPS answered with the checksum of what was sent.
@@ -128,6 +142,10 @@ public:
     static constexpr int MaxLinesPerRead = 4096;
 
 private:
+    // How opening a port ended.
+    enum class OpenResult { Opened, NoPort, Failed };
+    OpenResult TryOpen(int16_t port, int32_t baud);
+    void ReportOpenFailure(OpenResult r, const char* name, CommDialog dialog, const char* checkName);
     bool OpenInput(int16_t port, int32_t baud, const char* name, CommDialog dialog, const char* checkName);
     bool ReadLine(int16_t port, std::string& line);
     int linesThisRead_ = 0;
@@ -139,7 +157,9 @@ private:
     // Waits up to `seconds` with events running, reading the GPS port for a
     // handshake reply; true when one came.
     bool WaitReply(double seconds);
-    void SendMagellan(const std::string& command);
+    void SendMagellan(const std::string& command, int16_t port);
+    void MagellanHandshakeOff(int16_t port);
+    void SendToPortNumber(int16_t port, const std::string& text, bool openIfClosed = false);
 
     Comms& comms_;
     CommSettings& settings_;
@@ -149,7 +169,18 @@ private:
     Clock& clock_;
     Events& events_;
     ErrorReporter& errors_;
-    bool arpaOpen_ = false, gyroOpen_ = false, aisOpen_ = false;
+    // The ports a connection opened, by number (0: not opened).
+    struct Connection {
+        int16_t gps = 0, arpa = 0, gyro = 0, ais = 0;
+    } connection_;
+    // The last output-open failure reported, so that the next identical
+    // one goes unsaid.
+    struct OutputFailure {
+        bool reported = false;
+        int16_t port = 0;
+        int32_t baud = 0;
+        OpenResult result = OpenResult::Opened;
+    } outputFailure_;
 };
 
 }  // namespace ombra

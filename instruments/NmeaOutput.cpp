@@ -165,13 +165,16 @@ std::string NmeaOut::BuildBurst(int16_t status) {
 }
 
 void NmeaOut::NmeaOutput(int16_t status) {
+    // One attempt at the port a burst; a closed port that will not open
+    // takes nothing of it.
+    if (!comm_.OpenForOutput()) return;
     std::string burst = BuildBurst(status);
     // Each sentence is written as soon as it is built: one write a line.
     size_t at = 0;
     while (at < burst.size()) {
         size_t end = burst.find("\r\n", at);
         end = end == std::string::npos ? burst.size() : end + 2;
-        comm_.SendToPort(burst.substr(at, end - at), true);
+        comm_.SendToPort(burst.substr(at, end - at));
         at = end;
     }
 }

@@ -79,6 +79,7 @@ void VesselModule::SetVesselMode(int16_t mode) {
                 SetStatus(mode == kModeDR ? "DR" : "FILE DR", kStatusBlue);
                 c_.hooks.SetInfoLine(InfoPanel::Prompt, "");
                 c_.hooks.SetInfoLine(InfoPanel::Detail, "");
+                c_.hooks.SetBusyCursor(false);  // dead reckoning may follow connecting
                 vessel.Mode = mode;
                 break;
             case kModeNone:
@@ -91,6 +92,11 @@ void VesselModule::SetVesselMode(int16_t mode) {
                     vessel.FixTime = vessel.FixDate = 0.0;
                 }
                 vessel.Mode = kModeNone;
+                // Whatever the connecting showed goes with it: the prompt,
+                // the hourglass and the count of tries.
+                c_.hooks.SetInfoLine(InfoPanel::Prompt, "");
+                c_.hooks.SetBusyCursor(false);
+                ConnectTries = 0;
                 c_.console.AllNotAvailable();
                 c_.console.AgeLine.clear();
                 SetStatus("Off Line", 0);

@@ -126,8 +126,11 @@ bool PlotterHooks::TideAtVessel(double&, double&) const { return false; }
 bool PlotterHooks::CourseToSteerLeg(double&) const { return false; }
 float PlotterHooks::VariationAt(const LatLong& pos) const { return p_.magVar_.MagneticVariation(pos); }
 float PlotterHooks::CompassDeviation(float magneticHeading) const { return p_.deviation_.DeviationFor(magneticHeading); }
-// Not present yet: the active route's display ends its tracking aids.
-void PlotterHooks::EndTrackingAids() {}
+// With the vessel off line nothing steers: whatever destination is active,
+// waypoint or route point, is dropped and the chart loses its leg.
+void PlotterHooks::EndTrackingAids() {
+    if (p_.nav_.activation.Leg().Kind != 0) p_.nav_.activation.DeactivateAll(false);
+}
 void PlotterHooks::CloseTrack(const VesselSnapshot& vessel) {
     AddTrackPoint(vessel);
     p_.nav_.tracks.StartSegment();

@@ -34,9 +34,13 @@ void InstrumentCommands::Bind() {
     SetGPSMenuState(false);
 }
 
+// While connected the port settings stay as the connection opened them: a
+// changed port takes effect when the GPS is next started.
 void InstrumentCommands::SetGPSMenuState(bool on) {
     if (QAction* a = main_.Action("MGPSOn")) a->setEnabled(!on);
     if (QAction* a = main_.Action("MGPSOff")) a->setEnabled(on);
+    if (QAction* a = main_.Action("MGPSSettings")) a->setEnabled(!on);
+    if (QAction* a = main_.Action("MGyroSettings")) a->setEnabled(!on);
 }
 
 void InstrumentCommands::ShowCommDialog(int which) {
@@ -58,6 +62,7 @@ void InstrumentCommands::TestPort(int16_t port, int32_t baud) {
 
 void InstrumentCommands::GPSSettings() {
     auto& ins = p_.instruments();
+    if (ins.comm.Connected()) return;
     FrmComm dlg(
         &main_, LoadGPSDialog(p_.registry(), ins.settings),
         [this] { return ConfirmAutopilotOn(p_.instruments().leg.Kind != 0, p_.services().dialogs, p_.globals().ProductName); },
@@ -68,6 +73,7 @@ void InstrumentCommands::GPSSettings() {
 
 void InstrumentCommands::GyroSettings() {
     auto& ins = p_.instruments();
+    if (ins.comm.Connected()) return;
     FrmCommGyro dlg(&main_, LoadGyroDialog(p_.registry(), ins.settings),
                     [this](int16_t port, int32_t baud) { TestPort(port, baud); });
     dlg.exec();

@@ -2,6 +2,7 @@
 // ports (or real ones), a settable clock, scripted dialogs, and hooks that
 // record which end-of-cycle steps ran, in order.
 #pragma once
+#include <map>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,8 @@ struct RecordingHooks : InstrumentHooks {
     float variation = 0.0f;
     mutable std::vector<LatLong> variationAsked;  // where the variation was asked for
     int lostShown = 0, lostHidden = 0;
+    std::map<int, std::string> infoLine;  // by panel, the last text shown
+    bool busy = false;                    // the hourglass is up
     void ShowCommDialog(CommDialog d) override { calls.push_back("ShowCommDialog" + std::to_string(int(d))); }
     void DecodeAIS(const std::string& s) override { ais.push_back(s); }
     bool GetOwnVessel(OwnVesselReport& r) const override { return r = ownReport, own; }
@@ -59,8 +62,8 @@ struct RecordingHooks : InstrumentHooks {
     OMBRA_RECORD_AT(RefreshSatInfo, "SatInfo")
     // Answered, not recorded: the windows' and the cursor's side.
     void ArpaHeadingAgeCheck() override {}
-    void SetInfoLine(InfoPanel, const std::string&) override {}
-    void SetBusyCursor(bool) override {}
+    void SetInfoLine(InfoPanel p, const std::string& t) override { infoLine[int(p)] = t; }
+    void SetBusyCursor(bool b) override { busy = b; }
     bool CourseToSteerLeg(double&) const override { return false; }
     float CompassDeviation(float) const override { return 0.0f; }
     void EndTrackingAids() override {}

@@ -7,7 +7,11 @@
 #include <gtest/gtest.h>
 
 #include "instruments/InstrumentDialogs.h"
+#include "platform/comms/ScriptedComms.h"
+#include "platform/fake/ManualClock.h"
+#include "platform/fake/MemorySettings.h"
 #include "platform/qt/QtServices.h"
+#include "plotter/Plotter.h"
 #include "tests/instruments/InstrumentsFixture.h"
 #include "tests/support/TestSupport.h"
 #include "ui/ConsolePanel.h"
@@ -17,8 +21,10 @@
 #include "ui/FrmCommTest.h"
 #include "ui/FrmConsole.h"
 #include "ui/FrmLostGPS.h"
+#include "ui/FrmMain.h"
 #include "ui/FrmSatInfo.h"
 #include "ui/FrmVessel.h"
+#include "ui/QtShell.h"
 
 using namespace ombra;
 using ombra::test::InstrumentsFixture;
@@ -187,4 +193,37 @@ TEST(InstrumentWindows, SatelliteWindowLostGPSAndVessel) {
     vessel.ComOK->click();
     EXPECT_EQ(vessel.result(), QDialog::Accepted);
     EXPECT_EQ(vessel.Values().Name, "Vestrane");
+}
+
+// While the GPS is connected its port settings and the gyro's cannot be
+// opened from the menu: a port changed under a connection would leave the
+// old one open. Off line they come back.
+TEST(InstrumentWindows, PortSettingsWaitWhileTheGPSIsConnected) {
+    App();
+    test::TempDir dir;
+    MemorySettings store;
+    store.Write("Vestrane", "Tarnel", "AutoStartupGPS", "2");
+    store.Write("Vestrane", "Tarnel", "GPSPort", "1");
+    QtDialogs dialogs{true};
+    ManualClock clock;
+    NoEvents events;
+    ScriptedComms comms;
+    QtShell shell{dialogs, true};
+    Plotter plotter{{store, dialogs, clock, events, shell, &comms}};
+    shell.SetPlotter(&plotter);
+    ASSERT_TRUE(plotter.Start("NOSPLASH", dir / "ombra", dir / "home", dir / "none"));
+    FrmMain* m = shell.Main();
+    ASSERT_NE(m, nullptr);
+    ASSERT_TRUE(plotter.instruments().comm.Connected());
+    struct Case {
+        const char* action;
+        bool connected, off;
+    } cases[] = {
+        {"MGPSSettings", false, true}, {"MGyroSettings", false, true}, {"MGPSOn", false, true},
+        {"MGPSOff", true, false},      {"MAutopilotSettings", true, true},
+    };
+    for (const Case& c : cases) EXPECT_EQ(m->Action(c.action)->isEnabled(), c.connected) << c.action;
+    plotter.StopGPS();
+    EXPECT_TRUE(comms.opened.empty());
+    for (const Case& c : cases) EXPECT_EQ(m->Action(c.action)->isEnabled(), c.off) << c.action;
 }

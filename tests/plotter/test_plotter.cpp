@@ -164,3 +164,62 @@ TEST(Plotter, TheChartEngineItIsGivenAndTheWindowHearOfTheVessel) {
     h.Second(WithChecksum("GPGGA,100000,5000.000,N,01200.000,W,1,08,0.9,5.0,M,50.0,M,,"));
     EXPECT_GT(h.shell.redraws, before);
 }
+
+// Going off line ends whatever the vessel was steering to: the leg, and
+// the store's mark of the active waypoint or route point.
+TEST(Plotter, GoingOffLineEndsTheActiveLeg) {
+    struct Case {
+        const char* name;
+        int16_t kind;  // 1 waypoint, 2 route point
+        void (*off)(Harness&);
+    } cases[] = {
+        {"route point, GPS off", 2, [](Harness& h) { h.plotter.StopGPS(); }},
+        {"waypoint, GPS off", 1, [](Harness& h) { h.plotter.StopGPS(); }},
+        {"route point, no to keep trying", 2,
+         [](Harness& h) {
+             h.dialogs.replies = {mb::No};
+             for (int s = 0; s < 60 && h.plotter.instruments().comm.Connected(); ++s) h.Second("");
+         }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Harness h;
+        ASSERT_TRUE(h.Start());
+        NavObjects& nav = h.plotter.nav();
+        ActiveLeg leg;
+        leg.Kind = c.kind;
+        leg.Name = "WP1";
+        leg.To = LatLong{-12 * 3600.0, 50.1 * 3600.0};
+        if (c.kind == 1) {
+            nav.waypoints.ActiveIndex = 1;
+        } else {
+            nav.routes.ActiveRoute = 1;
+            nav.routes.ActivePoint = 1;
+        }
+        nav.activation.SetActiveLeg(leg);
+        ASSERT_EQ(h.plotter.instruments().leg.Kind, c.kind);
+        c.off(h);
+        EXPECT_EQ(h.plotter.instruments().vessel.vessel.Mode, kModeNone);
+        EXPECT_EQ(h.plotter.instruments().leg.Kind, 0);
+        EXPECT_EQ(nav.waypoints.ActiveIndex, 0);
+        EXPECT_EQ(nav.routes.ActiveRoute, 0);
+        EXPECT_EQ(nav.routes.ActivePoint, 0);
+    }
+}
+
+// Dead reckoning with a GPS port that will not open: the NMEA output
+// tries the port once a burst and says so once, not once a sentence.
+TEST(Plotter, DeadReckoningWithoutAPortSaysSoOnce) {
+    Harness h;
+    h.comms.missing.insert(1);
+    ASSERT_TRUE(h.Start());
+    const size_t atStart = h.dialogs.asked.size();  // StartGPS told of the port
+    h.plotter.instruments().vessel.SetVesselMode(kModeDR);
+    h.comms.opens.clear();
+    for (int s = 0; s < 10; ++s) h.Second("");
+    size_t boxes = 0;
+    for (size_t i = atStart; i < h.dialogs.asked.size(); ++i) boxes += h.dialogs.asked[i].kind == "MsgBox";
+    EXPECT_EQ(boxes, 1u);
+    EXPECT_GE(h.comms.opens[1], 4);  // a burst every two seconds, one attempt each
+    EXPECT_LE(h.comms.opens[1], 6);
+}
