@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstring>
+#include <thread>
 
 #include "core/Paths.h"
 
@@ -19,6 +21,18 @@ constexpr uint32_t kVersion = 1;
 constexpr size_t kIndexFixed = 52;
 constexpr size_t kTileEntryBytes = 16;
 constexpr uint32_t kMaxSide = 1u << 20;
+// zlib's level for tiles: the fastest, which on chart rasters (long runs of
+// few indices) costs little in size and inflates as fast as any.
+constexpr int kTileLevel = 1;
+
+// Threads that help this one compress a band's tiles: one a spare core.
+uint32_t CompressionHelpers() {
+    static const uint32_t n = [] {
+        unsigned c = std::thread::hardware_concurrency();
+        return c <= 1 ? 0u : std::min(c - 1, 3u);
+    }();
+    return n;
+}
 
 void Put32(std::string& s, uint32_t v) {
     for (int i = 0; i < 4; ++i) s.push_back(char((v >> (8 * i)) & 0xff));
@@ -108,22 +122,41 @@ void RasterWriter::FlushBand() {
     if (rowsInBand_ < ts)
         for (uint32_t tx = 0; tx < h_.TilesAcross; ++tx)
             std::memset(band_.data() + (size_t(tx) * ts + rowsInBand_) * ts, 0, size_t(ts - rowsInBand_) * ts);
-    std::vector<Bytef> out(::compressBound(uLong(tileBytes)));
-    for (uint32_t tx = 0; tx < h_.TilesAcross; ++tx) {
-        uLongf len = uLongf(out.size());
-        ::compress2(out.data(), &len, band_.data() + size_t(tx) * tileBytes, uLong(tileBytes), 6);
+    // Tiles are compressed each on its own, so the band's tiles are shared
+    // out between this thread and helpers; the file keeps them in order.
+    const uint32_t across = h_.TilesAcross;
+    std::vector<std::vector<Bytef>> packed(across);
+    std::vector<uLongf> lengths(across, 0);
+    std::atomic<uint32_t> next{0};
+    auto work = [&] {
+        for (uint32_t tx = next++; tx < across; tx = next++) {
+            std::vector<Bytef>& out = packed[tx];
+            out.resize(::compressBound(uLong(tileBytes)));
+            uLongf len = uLongf(out.size());
+            if (::compress2(out.data(), &len, band_.data() + size_t(tx) * tileBytes, uLong(tileBytes), kTileLevel) != Z_OK)
+                len = 0;
+            lengths[tx] = len;
+        }
+    };
+    const uint32_t helpers = std::min<uint32_t>(across - 1, CompressionHelpers());
+    std::vector<std::thread> threads;
+    for (uint32_t i = 0; i < helpers; ++i) threads.emplace_back(work);
+    work();
+    for (auto& t : threads) t.join();
+    for (uint32_t tx = 0; tx < across; ++tx) {
+        if (lengths[tx] == 0) failed_ = true;
         TileEntry e;
         e.Offset = raster_.size();
-        e.Length = uint32_t(len);
-        e.Crc = Crc(out.data(), len);
-        raster_.append(reinterpret_cast<const char*>(out.data()), len);
+        e.Length = uint32_t(lengths[tx]);
+        e.Crc = Crc(packed[tx].data(), lengths[tx]);
+        raster_.append(reinterpret_cast<const char*>(packed[tx].data()), lengths[tx]);
         tiles_.push_back(e);
     }
     rowsInBand_ = 0;
 }
 
 bool RasterWriter::Finish(std::string& rasterBytes, std::string& indexBytes) {
-    if (rowsDone_ != h_.Height) return false;
+    if (rowsDone_ != h_.Height || failed_) return false;
     std::string idx = h_.LowRes ? "OMBRALOI" : "OMBRACHI";
     Put32(idx, kVersion);
     Put32(idx, h_.Width);
@@ -170,16 +203,34 @@ bool RasterReducer::Flush(std::vector<uint8_t>& out) {
 
 void RasterReducer::Reduce(std::vector<uint8_t>& out) {
     out.assign(outW_, 0);
+    // Counts are kept only for the indices a block holds and cleared after
+    // it, so a block costs its own pixels rather than a pass over all 256.
     std::array<uint16_t, 256> count{};
+    std::array<uint8_t, 64 * 64> seen;
+    const size_t cap = seen.size();
     for (uint32_t ox = 0; ox < outW_; ++ox) {
         uint32_t x0 = ox * f_, x1 = std::min(w_, x0 + f_);
-        count.fill(0);
-        for (uint32_t r = 0; r < rows_; ++r)
-            for (uint32_t x = x0; x < x1; ++x) ++count[block_[size_t(r) * w_ + x]];
+        size_t n = 0;
         int best = 0;
-        for (int i = 1; i < 256; ++i)
-            if (count[size_t(i)] > count[size_t(best)]) best = i;
+        uint16_t bestCount = 0;
+        for (uint32_t r = 0; r < rows_; ++r) {
+            const uint8_t* src = block_.data() + size_t(r) * w_;
+            for (uint32_t x = x0; x < x1; ++x) {
+                uint8_t v = src[x];
+                uint16_t c = ++count[v];
+                if (c == 1 && n < cap) seen[n++] = v;
+                if (c > bestCount || (c == bestCount && v < best)) {
+                    bestCount = c;
+                    best = v;
+                }
+            }
+        }
         out[ox] = uint8_t(best);
+        if (n < cap) {
+            for (size_t i = 0; i < n; ++i) count[seen[i]] = 0;
+        } else {
+            count.fill(0);
+        }
     }
     rows_ = 0;
 }

@@ -71,6 +71,7 @@ private:
     RasterHeader h_;
     std::vector<uint8_t> band_;  // tile-size rows
     uint32_t rowsInBand_ = 0, rowsDone_ = 0;
+    bool failed_ = false;
     std::string raster_;
     std::vector<TileEntry> tiles_;
 };

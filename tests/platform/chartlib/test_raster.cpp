@@ -141,3 +141,51 @@ TEST(RasterReducer, CommonestColourOfEachBlock) {
 
 }  // namespace
 }  // namespace ombra::test
+
+namespace ombra::test {
+namespace {
+
+// The commonest index of each block, counted the plain way.
+std::vector<std::vector<uint8_t>> ReduceByHand(const std::vector<std::vector<uint8_t>>& rows, uint32_t f) {
+    const uint32_t w = uint32_t(rows[0].size()), h = uint32_t(rows.size());
+    std::vector<std::vector<uint8_t>> out;
+    for (uint32_t y0 = 0; y0 < h; y0 += f) {
+        std::vector<uint8_t> line;
+        for (uint32_t x0 = 0; x0 < w; x0 += f) {
+            std::vector<int> count(256, 0);
+            for (uint32_t y = y0; y < std::min(h, y0 + f); ++y)
+                for (uint32_t x = x0; x < std::min(w, x0 + f); ++x) ++count[rows[y][x]];
+            line.push_back(uint8_t(std::max_element(count.begin(), count.end()) - count.begin()));
+        }
+        out.push_back(line);
+    }
+    return out;
+}
+
+TEST(RasterReducer, AgreesWithCountingEveryBlock) {
+    // Few indices (many ties), all 256, blocks cut by the edges, and blocks
+    // larger than the reducer's list of indices seen.
+    struct Case {
+        uint32_t w, h, f, colours;
+    } cases[] = {{37, 29, 2, 3}, {64, 64, 4, 2}, {101, 77, 4, 256}, {50, 41, 3, 5}, {161, 170, 80, 256}, {9, 9, 1, 7}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.w) + "x" + std::to_string(c.h) + " by " + std::to_string(c.f));
+        std::vector<std::vector<uint8_t>> rows(c.h, std::vector<uint8_t>(c.w));
+        uint32_t s = 12345;
+        for (auto& r : rows)
+            for (auto& v : r) {
+                s = s * 1103515245u + 12345u;
+                v = uint8_t((s >> 16) % c.colours);
+            }
+        chartlib::RasterReducer red(c.w, c.h, c.f);
+        std::vector<std::vector<uint8_t>> got;
+        std::vector<uint8_t> out;
+        for (auto& r : rows)
+            if (red.AddRow(r.data(), out)) got.push_back(out);
+        if (red.Flush(out)) got.push_back(out);
+        EXPECT_EQ(got, ReduceByHand(rows, c.f));
+    }
+}
+
+}  // namespace
+}  // namespace ombra::test
