@@ -328,6 +328,7 @@ void TiledRaster::Close() {
     tiles_.clear();
     cache_.clear();
     lru_.clear();
+    levels_.clear();
     h_ = RasterHeader{};
 }
 
@@ -365,6 +366,112 @@ uint8_t TiledRaster::Pixel(uint32_t x, uint32_t y) {
     if (x >= h_.Width || y >= h_.Height) return 0;
     Tile t = GetTile(x / h_.TileSize, y / h_.TileSize);
     return (*t)[size_t(y % h_.TileSize) * h_.TileSize + x % h_.TileSize];
+}
+
+int TiledRaster::MaxLevel() const {
+    // Halving a tile needs an even tile size; levels go down to a raster of
+    // one pixel, so that every zoom out draws the same way.
+    if (fd_ < 0 || h_.TileSize % 2 != 0) return 0;
+    int k = 0;
+    uint32_t side = std::max(h_.Width, h_.Height);
+    while (k < 24 && side > 1) {
+        side = (side + 1) / 2;
+        ++k;
+    }
+    return k;
+}
+
+RasterHeader TiledRaster::LevelHeader(int level) const {
+    RasterHeader r = h_;
+    if (level <= 0) return r;
+    const uint32_t f = 1u << level;
+    r.Width = (h_.Width + f - 1) / f;
+    r.Height = (h_.Height + f - 1) / f;
+    r.TilesAcross = (r.Width + r.TileSize - 1) / r.TileSize;
+    r.TilesDown = (r.Height + r.TileSize - 1) / r.TileSize;
+    r.ResolutionSecond = h_.ResolutionSecond * f;
+    return r;
+}
+
+TiledRaster::Tile TiledRaster::GetLevelTile(int level, uint32_t tx, uint32_t ty) {
+    if (level <= 0) return GetTile(tx, ty);
+    if (fd_ < 0 || level > MaxLevel()) return zeros_;
+    const RasterHeader lh = LevelHeader(level);
+    if (tx >= lh.TilesAcross || ty >= lh.TilesDown) return zeros_;
+    if (levels_.size() <= size_t(level)) levels_.resize(size_t(level) + 1);
+    LevelCache& cache = levels_[size_t(level)];
+    const uint32_t key = ty * lh.TilesAcross + tx;
+    auto it = cache.tiles.find(key);
+    if (it != cache.tiles.end()) {
+        cache.lru.splice(cache.lru.begin(), cache.lru, it->second.second);
+        return it->second.first;
+    }
+    Tile t = ReduceLevelTile(level, tx, ty);
+    const size_t cap = std::max<size_t>(capacity_ / 2, 4);
+    while (cache.tiles.size() >= cap && !cache.lru.empty()) {
+        cache.tiles.erase(cache.lru.back());
+        cache.lru.pop_back();
+    }
+    cache.lru.push_front(key);
+    cache.tiles.emplace(key, std::make_pair(t, cache.lru.begin()));
+    return t;
+}
+
+size_t TiledRaster::CachedLevelTiles(int level) const {
+    if (level <= 0) return cache_.size();
+    return size_t(level) < levels_.size() ? levels_[size_t(level)].tiles.size() : 0;
+}
+
+namespace {
+
+// The commonest of n (1 to 4) indices, ties to the lower.
+inline uint8_t CommonestOf(const uint8_t* v, int n) {
+    uint8_t best = v[0];
+    int bestCount = 0;
+    for (int i = 0; i < n; ++i) {
+        int c = 0;
+        for (int j = 0; j < n; ++j) c += v[j] == v[i];
+        if (c > bestCount || (c == bestCount && v[i] < best)) {
+            bestCount = c;
+            best = v[i];
+        }
+    }
+    return best;
+}
+
+}  // namespace
+
+TiledRaster::Tile TiledRaster::ReduceLevelTile(int level, uint32_t tx, uint32_t ty) {
+    const uint32_t ts = h_.TileSize, half = ts / 2;
+    const RasterHeader below = LevelHeader(level - 1);
+    auto out = std::make_shared<std::vector<uint8_t>>(size_t(ts) * ts, 0);
+    // Each quarter of this tile is one tile of the level below, halved.
+    for (uint32_t qy = 0; qy < 2; ++qy)
+        for (uint32_t qx = 0; qx < 2; ++qx) {
+            const uint32_t cx = 2 * tx + qx, cy = 2 * ty + qy;
+            if (cx >= below.TilesAcross || cy >= below.TilesDown) continue;
+            Tile child = GetLevelTile(level - 1, cx, cy);
+            const uint8_t* src = child->data();
+            // Pixels of the child that lie inside the level below.
+            const uint32_t w = std::min(ts, below.Width - cx * ts), h = std::min(ts, below.Height - cy * ts);
+            for (uint32_t y = 0; y < h; y += 2) {
+                uint8_t* dst = out->data() + size_t(qy * half + y / 2) * ts + qx * half;
+                const uint8_t* r0 = src + size_t(y) * ts;
+                const uint8_t* r1 = y + 1 < h ? r0 + ts : nullptr;
+                for (uint32_t x = 0; x < w; x += 2) {
+                    uint8_t v[4];
+                    int n = 0;
+                    v[n++] = r0[x];
+                    if (x + 1 < w) v[n++] = r0[x + 1];
+                    if (r1) {
+                        v[n++] = r1[x];
+                        if (x + 1 < w) v[n++] = r1[x + 1];
+                    }
+                    dst[x / 2] = CommonestOf(v, n);
+                }
+            }
+        }
+    return out;
 }
 
 bool TiledRaster::Verify(const std::string& indexPath, const std::string& rasterPath, std::string& error) {
