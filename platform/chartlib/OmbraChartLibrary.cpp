@@ -460,14 +460,16 @@ long RasterRow(const ChartViewState& v, double rs, int y, double within) {
 // band kept while its rows are painted.
 class RowSampler {
 public:
-    RowSampler(TiledRaster& raster, const std::array<uint32_t, 256>& lut, uint32_t background, int width)
+    // Samples `level` of the raster (0 the raster itself, see TiledRaster).
+    RowSampler(TiledRaster& raster, int level, const std::array<uint32_t, 256>& lut, uint32_t background, int width)
         : raster_(raster),
+          level_(level),
           lut_(lut),
           background_(background),
           width_(width),
-          rows_(long(raster.Header().Height)),
+          rows_(long(raster.LevelHeader(level).Height)),
           tileSize_(int(raster.Header().TileSize)),
-          tiles_(raster.Header().TilesAcross) {}
+          tiles_(raster.LevelHeader(level).TilesAcross) {}
 
     // Raster row `ry` sampled at the columns of `cols`, into `out` (width pixels).
     void Paint(long ry, const ColumnMap& cols, uint32_t* out) {
@@ -495,7 +497,7 @@ public:
                 continue;
             }
             auto& tile = tiles_[size_t(t)];
-            if (!tile) tile = raster_.GetTile(uint32_t(t), uint32_t(ty));
+            if (!tile) tile = raster_.GetLevelTile(level_, uint32_t(t), uint32_t(ty));
             const uint8_t* row = tile->data() + size_t(yoff) * size_t(ts);
             int x0 = x;
             while (x < width && ct[x] == t) ++x;
@@ -505,6 +507,7 @@ public:
 
 private:
     TiledRaster& raster_;
+    int level_;
     const std::array<uint32_t, 256>& lut_;
     uint32_t background_;
     int width_;
@@ -533,14 +536,25 @@ void OmbraChartLibrary::RedrawChart(Image& store, const ChartViewState& v, int16
         std::fill(store.pixels.begin(), store.pixels.end(), background_);
         return;
     }
-    const RasterHeader& rh = shown_->Header();
-    const double rs = rh.LowRes ? double(rh.ResolutionFirst) / rh.ResolutionSecond : 1.0;
-    const double step = v.ViewFactor * rs;  // raster pixels a screen pixel
+    const RasterHeader& base = shown_->Header();
+    double rs = base.LowRes ? double(base.ResolutionFirst) / base.ResolutionSecond : 1.0;
+    double step = v.ViewFactor * rs;  // raster pixels a screen pixel
+    // A view showing two or more raster pixels a screen pixel draws from the
+    // reduced level nearest to one pixel a screen pixel, so that a zoomed-out
+    // redraw touches no more tiles than one at full size.
+    int level = 0;
+    const int maxLevel = shown_->MaxLevel();
+    while (level < maxLevel && step >= 2 * (1 - 1e-9)) {
+        step /= 2;
+        rs /= 2;
+        ++level;
+    }
+    const RasterHeader rh = shown_->LevelHeader(level);
     const int samples = quality == 3 && step > 1.01 ? 2 : 1;
     const std::vector<ColumnMap> cols = MapColumns(v, rs, samples, w, int(rh.Width), int(rh.TileSize));
     // One band of tiles a sample row.
     std::vector<RowSampler> bands;
-    for (int s = 0; s < samples; ++s) bands.emplace_back(*shown_, lut_, background_, w);
+    for (int s = 0; s < samples; ++s) bands.emplace_back(*shown_, level, lut_, background_, w);
 
     if (samples == 1) {
         for (int y = 0; y < h; ++y)

@@ -10,7 +10,9 @@
 // and the palette and opens the full-resolution index; ReadChart chooses
 // the raster shown (".CHR" or ".LOR"). RedrawChart paints only the tiles in
 // view, and keeps decoded tiles in a cache (512 tiles, 32 MB, by default),
-// so that panning and redrawing cost a copy through the palette.
+// so that panning and redrawing cost a copy through the palette. A
+// zoomed-out view draws from a reduced level of the raster (see
+// TiledRaster::GetLevelTile), so it costs no more than one at 1:1.
 //
 // Datums. Each plan may carry a shift (chart datum = WGS84 + shift, in
 // seconds of arc); the datum flag of the mapping calls chooses whether the

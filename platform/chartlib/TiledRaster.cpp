@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstring>
+#include <thread>
 
 #include "core/Paths.h"
 
@@ -19,6 +21,18 @@ constexpr uint32_t kVersion = 1;
 constexpr size_t kIndexFixed = 52;
 constexpr size_t kTileEntryBytes = 16;
 constexpr uint32_t kMaxSide = 1u << 20;
+// zlib's level for tiles: the fastest, which on chart rasters (long runs of
+// few indices) costs little in size and inflates as fast as any.
+constexpr int kTileLevel = 1;
+
+// Threads that help this one compress a band's tiles: one a spare core.
+uint32_t CompressionHelpers() {
+    static const uint32_t n = [] {
+        unsigned c = std::thread::hardware_concurrency();
+        return c <= 1 ? 0u : std::min(c - 1, 3u);
+    }();
+    return n;
+}
 
 void Put32(std::string& s, uint32_t v) {
     for (int i = 0; i < 4; ++i) s.push_back(char((v >> (8 * i)) & 0xff));
@@ -108,22 +122,41 @@ void RasterWriter::FlushBand() {
     if (rowsInBand_ < ts)
         for (uint32_t tx = 0; tx < h_.TilesAcross; ++tx)
             std::memset(band_.data() + (size_t(tx) * ts + rowsInBand_) * ts, 0, size_t(ts - rowsInBand_) * ts);
-    std::vector<Bytef> out(::compressBound(uLong(tileBytes)));
-    for (uint32_t tx = 0; tx < h_.TilesAcross; ++tx) {
-        uLongf len = uLongf(out.size());
-        ::compress2(out.data(), &len, band_.data() + size_t(tx) * tileBytes, uLong(tileBytes), 6);
+    // Tiles are compressed each on its own, so the band's tiles are shared
+    // out between this thread and helpers; the file keeps them in order.
+    const uint32_t across = h_.TilesAcross;
+    std::vector<std::vector<Bytef>> packed(across);
+    std::vector<uLongf> lengths(across, 0);
+    std::atomic<uint32_t> next{0};
+    auto work = [&] {
+        for (uint32_t tx = next++; tx < across; tx = next++) {
+            std::vector<Bytef>& out = packed[tx];
+            out.resize(::compressBound(uLong(tileBytes)));
+            uLongf len = uLongf(out.size());
+            if (::compress2(out.data(), &len, band_.data() + size_t(tx) * tileBytes, uLong(tileBytes), kTileLevel) != Z_OK)
+                len = 0;
+            lengths[tx] = len;
+        }
+    };
+    const uint32_t helpers = std::min<uint32_t>(across - 1, CompressionHelpers());
+    std::vector<std::thread> threads;
+    for (uint32_t i = 0; i < helpers; ++i) threads.emplace_back(work);
+    work();
+    for (auto& t : threads) t.join();
+    for (uint32_t tx = 0; tx < across; ++tx) {
+        if (lengths[tx] == 0) failed_ = true;
         TileEntry e;
         e.Offset = raster_.size();
-        e.Length = uint32_t(len);
-        e.Crc = Crc(out.data(), len);
-        raster_.append(reinterpret_cast<const char*>(out.data()), len);
+        e.Length = uint32_t(lengths[tx]);
+        e.Crc = Crc(packed[tx].data(), lengths[tx]);
+        raster_.append(reinterpret_cast<const char*>(packed[tx].data()), lengths[tx]);
         tiles_.push_back(e);
     }
     rowsInBand_ = 0;
 }
 
 bool RasterWriter::Finish(std::string& rasterBytes, std::string& indexBytes) {
-    if (rowsDone_ != h_.Height) return false;
+    if (rowsDone_ != h_.Height || failed_) return false;
     std::string idx = h_.LowRes ? "OMBRALOI" : "OMBRACHI";
     Put32(idx, kVersion);
     Put32(idx, h_.Width);
@@ -170,16 +203,34 @@ bool RasterReducer::Flush(std::vector<uint8_t>& out) {
 
 void RasterReducer::Reduce(std::vector<uint8_t>& out) {
     out.assign(outW_, 0);
+    // Counts are kept only for the indices a block holds and cleared after
+    // it, so a block costs its own pixels rather than a pass over all 256.
     std::array<uint16_t, 256> count{};
+    std::array<uint8_t, 64 * 64> seen;
+    const size_t cap = seen.size();
     for (uint32_t ox = 0; ox < outW_; ++ox) {
         uint32_t x0 = ox * f_, x1 = std::min(w_, x0 + f_);
-        count.fill(0);
-        for (uint32_t r = 0; r < rows_; ++r)
-            for (uint32_t x = x0; x < x1; ++x) ++count[block_[size_t(r) * w_ + x]];
+        size_t n = 0;
         int best = 0;
-        for (int i = 1; i < 256; ++i)
-            if (count[size_t(i)] > count[size_t(best)]) best = i;
+        uint16_t bestCount = 0;
+        for (uint32_t r = 0; r < rows_; ++r) {
+            const uint8_t* src = block_.data() + size_t(r) * w_;
+            for (uint32_t x = x0; x < x1; ++x) {
+                uint8_t v = src[x];
+                uint16_t c = ++count[v];
+                if (c == 1 && n < cap) seen[n++] = v;
+                if (c > bestCount || (c == bestCount && v < best)) {
+                    bestCount = c;
+                    best = v;
+                }
+            }
+        }
         out[ox] = uint8_t(best);
+        if (n < cap) {
+            for (size_t i = 0; i < n; ++i) count[seen[i]] = 0;
+        } else {
+            count.fill(0);
+        }
     }
     rows_ = 0;
 }
@@ -277,6 +328,7 @@ void TiledRaster::Close() {
     tiles_.clear();
     cache_.clear();
     lru_.clear();
+    levels_.clear();
     h_ = RasterHeader{};
 }
 
@@ -314,6 +366,112 @@ uint8_t TiledRaster::Pixel(uint32_t x, uint32_t y) {
     if (x >= h_.Width || y >= h_.Height) return 0;
     Tile t = GetTile(x / h_.TileSize, y / h_.TileSize);
     return (*t)[size_t(y % h_.TileSize) * h_.TileSize + x % h_.TileSize];
+}
+
+int TiledRaster::MaxLevel() const {
+    // Halving a tile needs an even tile size; levels go down to a raster of
+    // one pixel, so that every zoom out draws the same way.
+    if (fd_ < 0 || h_.TileSize % 2 != 0) return 0;
+    int k = 0;
+    uint32_t side = std::max(h_.Width, h_.Height);
+    while (k < 24 && side > 1) {
+        side = (side + 1) / 2;
+        ++k;
+    }
+    return k;
+}
+
+RasterHeader TiledRaster::LevelHeader(int level) const {
+    RasterHeader r = h_;
+    if (level <= 0) return r;
+    const uint32_t f = 1u << level;
+    r.Width = (h_.Width + f - 1) / f;
+    r.Height = (h_.Height + f - 1) / f;
+    r.TilesAcross = (r.Width + r.TileSize - 1) / r.TileSize;
+    r.TilesDown = (r.Height + r.TileSize - 1) / r.TileSize;
+    r.ResolutionSecond = h_.ResolutionSecond * f;
+    return r;
+}
+
+TiledRaster::Tile TiledRaster::GetLevelTile(int level, uint32_t tx, uint32_t ty) {
+    if (level <= 0) return GetTile(tx, ty);
+    if (fd_ < 0 || level > MaxLevel()) return zeros_;
+    const RasterHeader lh = LevelHeader(level);
+    if (tx >= lh.TilesAcross || ty >= lh.TilesDown) return zeros_;
+    if (levels_.size() <= size_t(level)) levels_.resize(size_t(level) + 1);
+    LevelCache& cache = levels_[size_t(level)];
+    const uint32_t key = ty * lh.TilesAcross + tx;
+    auto it = cache.tiles.find(key);
+    if (it != cache.tiles.end()) {
+        cache.lru.splice(cache.lru.begin(), cache.lru, it->second.second);
+        return it->second.first;
+    }
+    Tile t = ReduceLevelTile(level, tx, ty);
+    const size_t cap = std::max<size_t>(capacity_ / 2, 4);
+    while (cache.tiles.size() >= cap && !cache.lru.empty()) {
+        cache.tiles.erase(cache.lru.back());
+        cache.lru.pop_back();
+    }
+    cache.lru.push_front(key);
+    cache.tiles.emplace(key, std::make_pair(t, cache.lru.begin()));
+    return t;
+}
+
+size_t TiledRaster::CachedLevelTiles(int level) const {
+    if (level <= 0) return cache_.size();
+    return size_t(level) < levels_.size() ? levels_[size_t(level)].tiles.size() : 0;
+}
+
+namespace {
+
+// The commonest of n (1 to 4) indices, ties to the lower.
+inline uint8_t CommonestOf(const uint8_t* v, int n) {
+    uint8_t best = v[0];
+    int bestCount = 0;
+    for (int i = 0; i < n; ++i) {
+        int c = 0;
+        for (int j = 0; j < n; ++j) c += v[j] == v[i];
+        if (c > bestCount || (c == bestCount && v[i] < best)) {
+            bestCount = c;
+            best = v[i];
+        }
+    }
+    return best;
+}
+
+}  // namespace
+
+TiledRaster::Tile TiledRaster::ReduceLevelTile(int level, uint32_t tx, uint32_t ty) {
+    const uint32_t ts = h_.TileSize, half = ts / 2;
+    const RasterHeader below = LevelHeader(level - 1);
+    auto out = std::make_shared<std::vector<uint8_t>>(size_t(ts) * ts, 0);
+    // Each quarter of this tile is one tile of the level below, halved.
+    for (uint32_t qy = 0; qy < 2; ++qy)
+        for (uint32_t qx = 0; qx < 2; ++qx) {
+            const uint32_t cx = 2 * tx + qx, cy = 2 * ty + qy;
+            if (cx >= below.TilesAcross || cy >= below.TilesDown) continue;
+            Tile child = GetLevelTile(level - 1, cx, cy);
+            const uint8_t* src = child->data();
+            // Pixels of the child that lie inside the level below.
+            const uint32_t w = std::min(ts, below.Width - cx * ts), h = std::min(ts, below.Height - cy * ts);
+            for (uint32_t y = 0; y < h; y += 2) {
+                uint8_t* dst = out->data() + size_t(qy * half + y / 2) * ts + qx * half;
+                const uint8_t* r0 = src + size_t(y) * ts;
+                const uint8_t* r1 = y + 1 < h ? r0 + ts : nullptr;
+                for (uint32_t x = 0; x < w; x += 2) {
+                    uint8_t v[4];
+                    int n = 0;
+                    v[n++] = r0[x];
+                    if (x + 1 < w) v[n++] = r0[x + 1];
+                    if (r1) {
+                        v[n++] = r1[x];
+                        if (x + 1 < w) v[n++] = r1[x + 1];
+                    }
+                    dst[x / 2] = CommonestOf(v, n);
+                }
+            }
+        }
+    return out;
 }
 
 bool TiledRaster::Verify(const std::string& indexPath, const std::string& rasterPath, std::string& error) {

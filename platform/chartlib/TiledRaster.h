@@ -71,6 +71,7 @@ private:
     RasterHeader h_;
     std::vector<uint8_t> band_;  // tile-size rows
     uint32_t rowsInBand_ = 0, rowsDone_ = 0;
+    bool failed_ = false;
     std::string raster_;
     std::vector<TileEntry> tiles_;
 };
@@ -120,11 +121,25 @@ public:
     size_t CachedTiles() const { return cache_.size(); }
     int DamagedTiles() const { return damaged_; }
 
+    // Reduced levels, for views that show more than one raster pixel a
+    // screen pixel. Level k (k >= 1) is this raster reduced by 2^k: each of
+    // its pixels is the commonest index of the (up to) 2 x 2 pixels of level
+    // k - 1 it stands for, ties to the lower index, as the low-resolution
+    // raster is made. Level tiles are made from the tiles under them when
+    // first asked for and kept in a cache for each level (each half the
+    // tile cache's capacity), so that making one level's tiles never
+    // evicts another's; level 0 is the raster itself.
+    int MaxLevel() const;
+    RasterHeader LevelHeader(int level) const;
+    Tile GetLevelTile(int level, uint32_t tx, uint32_t ty);
+    size_t CachedLevelTiles(int level) const;
+
     // Every tile's CRC and size, and the index's own CRC.
     static bool Verify(const std::string& indexPath, const std::string& rasterPath, std::string& error);
 
 private:
     Tile Decode(uint32_t index);
+    Tile ReduceLevelTile(int level, uint32_t tx, uint32_t ty);
     RasterHeader h_;
     std::vector<TileEntry> tiles_;
     int fd_ = -1;
@@ -132,6 +147,11 @@ private:
     size_t capacity_ = 512;
     std::list<uint32_t> lru_;
     std::unordered_map<uint32_t, std::pair<Tile, std::list<uint32_t>::iterator>> cache_;
+    struct LevelCache {
+        std::list<uint32_t> lru;
+        std::unordered_map<uint32_t, std::pair<Tile, std::list<uint32_t>::iterator>> tiles;
+    };
+    std::vector<LevelCache> levels_;
     Tile zeros_;
     int damaged_ = 0;
 };

@@ -6,6 +6,7 @@
 
 #include "platform/chartlib/OmbraChartLibrary.h"
 #include "platform/chartlib/TiledRaster.h"
+#include "tests/platform/chartlib/KapWriter.h"
 #include "tests/support/TestSupport.h"
 
 namespace ombra::test {
@@ -137,6 +138,195 @@ TEST(RasterReducer, CommonestColourOfEachBlock) {
     EXPECT_EQ(got[0], (std::vector<uint8_t>{1, 3, 9}));
     EXPECT_EQ(got[1], (std::vector<uint8_t>{4, 5, 7}));
     EXPECT_EQ(red.OutWidth(), 3u);
+}
+
+}  // namespace
+}  // namespace ombra::test
+
+namespace ombra::test {
+namespace {
+
+// The commonest index of each block, counted the plain way.
+std::vector<std::vector<uint8_t>> ReduceByHand(const std::vector<std::vector<uint8_t>>& rows, uint32_t f) {
+    const uint32_t w = uint32_t(rows[0].size()), h = uint32_t(rows.size());
+    std::vector<std::vector<uint8_t>> out;
+    for (uint32_t y0 = 0; y0 < h; y0 += f) {
+        std::vector<uint8_t> line;
+        for (uint32_t x0 = 0; x0 < w; x0 += f) {
+            std::vector<int> count(256, 0);
+            for (uint32_t y = y0; y < std::min(h, y0 + f); ++y)
+                for (uint32_t x = x0; x < std::min(w, x0 + f); ++x) ++count[rows[y][x]];
+            line.push_back(uint8_t(std::max_element(count.begin(), count.end()) - count.begin()));
+        }
+        out.push_back(line);
+    }
+    return out;
+}
+
+TEST(RasterReducer, AgreesWithCountingEveryBlock) {
+    // Few indices (many ties), all 256, blocks cut by the edges, and blocks
+    // larger than the reducer's list of indices seen.
+    struct Case {
+        uint32_t w, h, f, colours;
+    } cases[] = {{37, 29, 2, 3}, {64, 64, 4, 2}, {101, 77, 4, 256}, {50, 41, 3, 5}, {161, 170, 80, 256}, {9, 9, 1, 7}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.w) + "x" + std::to_string(c.h) + " by " + std::to_string(c.f));
+        std::vector<std::vector<uint8_t>> rows(c.h, std::vector<uint8_t>(c.w));
+        uint32_t s = 12345;
+        for (auto& r : rows)
+            for (auto& v : r) {
+                s = s * 1103515245u + 12345u;
+                v = uint8_t((s >> 16) % c.colours);
+            }
+        chartlib::RasterReducer red(c.w, c.h, c.f);
+        std::vector<std::vector<uint8_t>> got;
+        std::vector<uint8_t> out;
+        for (auto& r : rows)
+            if (red.AddRow(r.data(), out)) got.push_back(out);
+        if (red.Flush(out)) got.push_back(out);
+        EXPECT_EQ(got, ReduceByHand(rows, c.f));
+    }
+}
+
+}  // namespace
+}  // namespace ombra::test
+
+namespace ombra::test {
+namespace {
+
+// Level k of a raster by hand: level k - 1 halved, each pixel the
+// commonest of the 2 x 2 (fewer at the right and bottom edges) it covers.
+std::vector<std::vector<uint8_t>> HalveByHand(const std::vector<std::vector<uint8_t>>& rows) {
+    const size_t h = rows.size(), w = rows[0].size();
+    std::vector<std::vector<uint8_t>> out((h + 1) / 2, std::vector<uint8_t>((w + 1) / 2));
+    for (size_t y = 0; y < out.size(); ++y)
+        for (size_t x = 0; x < out[y].size(); ++x) {
+            std::vector<int> count(256, 0);
+            for (size_t yy = 2 * y; yy < std::min(h, 2 * y + 2); ++yy)
+                for (size_t xx = 2 * x; xx < std::min(w, 2 * x + 2); ++xx) ++count[rows[yy][xx]];
+            out[y][x] = uint8_t(std::max_element(count.begin(), count.end()) - count.begin());
+        }
+    return out;
+}
+
+TEST(TiledRaster, ReducedLevelsHalveTheLevelBelow) {
+    // Sizes that end inside a tile, at a tile edge, and one pixel past it;
+    // a small cache, so that levels are made again from evicted tiles.
+    struct Case {
+        uint32_t w, h, tile, colours;
+        size_t cache;
+    } cases[] = {{300, 170, 16, 3, 8}, {256, 64, 16, 2, 4}, {257, 33, 16, 256, 512}, {1000, 700, 64, 6, 6}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.w) + "x" + std::to_string(c.h) + " tiles of " + std::to_string(c.tile));
+        std::vector<std::vector<uint8_t>> rows(c.h, std::vector<uint8_t>(c.w));
+        uint32_t s = 99;
+        for (uint32_t y = 0; y < c.h; ++y)
+            for (uint32_t x = 0; x < c.w; ++x) {
+                s = s * 1103515245u + 12345u;
+                // Patches with noise, so that ties and clear majorities both occur.
+                rows[y][x] = uint8_t(((s >> 16) % 4 == 0 ? (s >> 8) : (x / 5 + y / 3)) % c.colours);
+            }
+        TempDir dir;
+        RasterWriter wr(c.w, c.h, false, 1, 1, c.tile);
+        for (auto& r : rows) wr.AddRow(r.data());
+        std::string rb, ib, why;
+        ASSERT_TRUE(wr.Finish(rb, ib));
+        WriteFile(dir / "R.CHR", rb);
+        WriteFile(dir / "R.CHI", ib);
+        TiledRaster t;
+        ASSERT_TRUE(t.Open(dir / "R.CHI", dir / "R.CHR", why)) << why;
+        t.SetCacheCapacity(c.cache);
+        ASSERT_GE(t.MaxLevel(), 1);
+        auto expected = rows;
+        for (int level = 1; level <= t.MaxLevel(); ++level) {
+            SCOPED_TRACE("level " + std::to_string(level));
+            expected = HalveByHand(expected);
+            const RasterHeader lh = t.LevelHeader(level);
+            ASSERT_EQ(lh.Width, expected[0].size());
+            ASSERT_EQ(lh.Height, expected.size());
+            EXPECT_EQ(lh.ResolutionSecond, 1u << level);
+            for (uint32_t ty = 0; ty < lh.TilesDown; ++ty)
+                for (uint32_t tx = 0; tx < lh.TilesAcross; ++tx) {
+                    auto tile = t.GetLevelTile(level, tx, ty);
+                    for (uint32_t y = ty * c.tile; y < std::min(lh.Height, (ty + 1) * c.tile); ++y)
+                        for (uint32_t x = tx * c.tile; x < std::min(lh.Width, (tx + 1) * c.tile); ++x)
+                            ASSERT_EQ((*tile)[size_t(y % c.tile) * c.tile + x % c.tile], expected[y][x]) << x << "," << y;
+                }
+            EXPECT_LE(t.CachedLevelTiles(level), std::max<size_t>(c.cache / 2, 4));
+        }
+        // The last level is one pixel on its longer side.
+        EXPECT_EQ(std::max(t.LevelHeader(t.MaxLevel()).Width, t.LevelHeader(t.MaxLevel()).Height), 1u);
+        EXPECT_EQ(t.DamagedTiles(), 0);
+    }
+}
+
+
+TEST(OmbraChartLibrary, ZoomedOutViewsDrawTheReducedLevel) {
+    // A view of f chart pixels a screen pixel (f a power of two) shows each
+    // screen pixel in the colour of the reduced level's pixel under it, on
+    // both rasters and at both qualities; 1:1 shows the raster itself.
+    TempDir dir;
+    KapShape shape;
+    shape.Width = 300;
+    shape.Height = 200;
+    WriteFile(dir / "C.KAP", WriteKap(shape));
+    OmbraChartLibrary lib;
+    ImportedChart chart;
+    chart.Number = "C";
+    std::string why, tag;
+    ASSERT_TRUE(lib.ImportKap(dir / "C.KAP", dir / "C", chart, why, {})) << why;
+    WriteFile(dir / "C.P00", "PLN  C       20240101\r\n0" + std::string(250, ' ') + "\r\n" + chart.Plans[0].GeorefText);
+    int16_t layout[5] = {0, 1, 0, 0, 0};
+    ASSERT_EQ(lib.OpenChart(dir / "C.HDR", layout, "", tag), 0) << lib.LastError();
+    ASSERT_TRUE(lib.ReadChart(dir / "C.CHR", 0));
+    std::vector<uint8_t> idx;
+    int w = 0, h = 0;
+    ASSERT_TRUE(lib.FullRasterIndices(idx, w, h));
+    std::vector<std::vector<uint8_t>> full{size_t(h), std::vector<uint8_t>(size_t(w))};
+    for (int y = 0; y < h; ++y) std::copy(idx.begin() + y * w, idx.begin() + (y + 1) * w, full[size_t(y)].begin());
+    // The low-resolution raster is the full one reduced by 2 (under 2048
+    // pixels), its own levels reduced from it.
+    std::vector<uint8_t> lowIdx;
+    {
+        RasterReducer red(uint32_t(w), uint32_t(h), 2);
+        std::vector<uint8_t> out;
+        for (auto& r : full) {
+            if (red.AddRow(r.data(), out)) lowIdx.insert(lowIdx.end(), out.begin(), out.end());
+        }
+        if (red.Flush(out)) lowIdx.insert(lowIdx.end(), out.begin(), out.end());
+    }
+    std::vector<std::vector<uint8_t>> low{size_t((h + 1) / 2), std::vector<uint8_t>(size_t((w + 1) / 2))};
+    for (size_t y = 0; y < low.size(); ++y)
+        std::copy(lowIdx.begin() + long(y * low[0].size()), lowIdx.begin() + long((y + 1) * low[0].size()), low[y].begin());
+
+    struct Case {
+        const char* raster;
+        int level;  // of the raster shown
+        int16_t quality;
+    } cases[] = {{"CHR", 0, 1}, {"CHR", 1, 1}, {"CHR", 1, 3}, {"CHR", 2, 1}, {"CHR", 3, 3}, {"LOR", 1, 3}, {"LOR", 2, 1}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.raster) + " level " + std::to_string(c.level) + " quality " + std::to_string(c.quality));
+        const bool isLow = std::string(c.raster) == "LOR";
+        ASSERT_TRUE(lib.ReadChart(dir / (std::string("C.") + c.raster), 0));
+        auto expected = isLow ? low : full;
+        for (int k = 0; k < c.level; ++k) expected = HalveByHand(expected);
+        const int f = (isLow ? 2 : 1) << c.level;  // full-resolution pixels a screen pixel
+        ChartViewState v;
+        v.Width = int(expected[0].size()) + 3;  // a margin past the raster's edge
+        v.Height = int(expected.size()) + 2;
+        v.ViewFactor = f;
+        Image store;
+        lib.RedrawChart(store, v, c.quality);
+        const uint32_t background = store.pixels[size_t(v.Height - 1) * size_t(v.Width) + size_t(v.Width - 1)];
+        for (int y = 0; y < v.Height; ++y)
+            for (int x = 0; x < v.Width; ++x) {
+                const uint32_t got = store.pixels[size_t(y) * size_t(v.Width) + size_t(x)];
+                if (size_t(y) < expected.size() && size_t(x) < expected[0].size())
+                    ASSERT_EQ(got & 0xFFFFFFu, lib.PaletteColourOf(expected[size_t(y)][size_t(x)])) << x << "," << y;
+                else
+                    ASSERT_EQ(got, background) << x << "," << y;
+            }
+    }
 }
 
 }  // namespace
