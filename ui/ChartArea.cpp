@@ -47,6 +47,12 @@ void ChartArea::DrawScaleBar(QPainter& p) {
     if (!charts_.View.ScaleBar(std::min(180, width() / 4), nm, len) || len < 8) return;
     QString text = nm >= 1 ? QString::number(nm, 'g', 6) + " NM" : QString::number(nm * 10, 'g', 6) + " cbl";
     const int x = 12, y = height() - 14, h = 6;
+    // The overlays may leave a raster operation, clip or opacity behind.
+    p.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    p.setClipping(false);
+    p.setOpacity(1.0);
+    p.resetTransform();
+    p.setBrush(Qt::NoBrush);
     p.setRenderHint(QPainter::Antialiasing, false);
     p.fillRect(QRect(x - 4, y - 22, len + 8, h + 26), QColor(255, 255, 255, 190));
     p.fillRect(QRect(x, y, len, h), Qt::white);
