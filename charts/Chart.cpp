@@ -146,6 +146,16 @@ void Chart::ZoomChart(bool out) {
 void Chart::ZoomOutChart() { ZoomChart(true); }
 void Chart::ZoomInChart() { ZoomChart(false); }
 
+bool Chart::OpenKeepingView(const std::string& chartNumber) {
+    bool wasOpen = state_.IsOpen();
+    LatLong centre = wasOpen ? display_.ViewCentre() : LatLong{};
+    bool loRes = wasOpen && display_.ShowingLoRes();
+    if (!NewChart(chartNumber)) return false;
+    if (!loRes) display_.ShowHiRes();
+    if (wasOpen) display_.CentreOnPosition(centre);  // off the new chart: its starting view
+    return true;
+}
+
 bool Chart::OpenChartAt(double latSeconds, double lonSeconds) {
     bool ok = false;
     errors_.Guard("OpenChartAt", [&] {
@@ -168,7 +178,9 @@ bool Chart::OpenChartAt(double latSeconds, double lonSeconds) {
         }
         if (best.empty()) best = first;
         if (best.empty()) return;
-        if (NewChart(best)) {
+        // Still the chart in view: only move there, keeping raster and zoom.
+        bool same = state_.IsOpen() && Trim(state_.Header.ChartNumber) == Trim(best);
+        if (same || OpenKeepingView(best)) {
             display_.CentreOnPosition(pos);
             ok = true;
         }

@@ -67,6 +67,11 @@ public:
     // centred on the position, in seconds of arc (WGS84). False when no
     // installed chart covers it or it does not open.
     bool OpenChartAt(double latSeconds, double lonSeconds);
+    // Opens a chart keeping the view: with a chart already open, the
+    // raster shown (full or low resolution) stays and so does the place at
+    // the view's centre when the new chart covers it; the first chart
+    // opened shows its full raster at the starting view. True when open.
+    bool OpenKeepingView(const std::string& chartNumber);
     void CloseChart();
     void QuickCheck();
 

@@ -42,6 +42,12 @@ void Display::SetViewSize(int width, int height) {
     if (view_.Width == 0 || view_.Height == 0) {
         view_.Width = width;
         view_.Height = height;
+        if (centrePending_ && width > 0 && height > 0) {
+            // The origin holds the place asked for: move it to the middle.
+            centrePending_ = false;
+            view_.OriginX -= width / 2.0 * view_.ViewFactor;
+            view_.OriginY -= height / 2.0 * view_.ViewFactor;
+        }
         return;
     }
     double cx = view_.OriginX + view_.Width / 2.0 * view_.ViewFactor;
@@ -185,6 +191,7 @@ LatLong Display::ViewCentre() {
 void Display::CentreOnPixel(double cx, double cy) {
     view_.OriginX = cx - view_.Width / 2.0 * view_.ViewFactor;
     view_.OriginY = cy - view_.Height / 2.0 * view_.ViewFactor;
+    centrePending_ = view_.Width == 0 || view_.Height == 0;
     AfterScroll();
 }
 
@@ -280,16 +287,48 @@ void Display::ShowHiRes() {
     if (!state_.IsOpen()) return;
     state_.CurrentChartPath = ChartFilePath(state_.HeaderPath, "CHR");
     ShowRaster();
+    // From a zoomed-out view whose centre lay in the margin beside the chart
+    // (its starting view sits at the chart's top-left corner), bring the
+    // chart back into view: as much of it as the view holds, edge to edge.
+    ChartRasterInfo info = lib_.RasterInfo();
+    if (!info.Loaded || info.Width <= 0 || info.Height <= 0) return;
+    double cx = view_.OriginX + view_.Width / 2.0 * view_.ViewFactor;
+    double cy = view_.OriginY + view_.Height / 2.0 * view_.ViewFactor;
+    if (cx >= 0 && cx < info.Width && cy >= 0 && cy < info.Height) return;
+    auto inside = [](double c, double half, double size) {
+        return half * 2 >= size ? size / 2.0 : std::clamp(c, half, size - half);
+    };
+    CentreOnPixel(inside(cx, view_.Width / 2.0 * view_.ViewFactor, info.Width),
+                  inside(cy, view_.Height / 2.0 * view_.ViewFactor, info.Height));
 }
 
 void Display::ShowLoRes() {
     if (!state_.IsOpen()) return;
     state_.CurrentChartPath = ChartFilePath(state_.HeaderPath, "LOR");
     ShowRaster();
+    CentreSmallRaster();
+}
+
+// Along each side where the whole chart fits in the view, the chart sits
+// in the middle, with equal margins, rather than at wherever the view was.
+void Display::CentreSmallRaster() {
+    ChartRasterInfo info = lib_.RasterInfo();
+    if (!info.Loaded || info.Width <= 0 || info.Height <= 0 || view_.ViewFactor <= 0) return;
+    bool moved = false;
+    if (info.Width / view_.ViewFactor <= view_.Width) {
+        view_.OriginX = info.Width / 2.0 - view_.Width / 2.0 * view_.ViewFactor;
+        moved = true;
+    }
+    if (info.Height / view_.ViewFactor <= view_.Height) {
+        view_.OriginY = info.Height / 2.0 - view_.Height / 2.0 * view_.ViewFactor;
+        moved = true;
+    }
+    if (moved) AfterScroll();
 }
 
 void Display::SetPixelSize(int16_t pixelSize) {
-    PixelSize = std::clamp<int16_t>(pixelSize, 16, 1024);
+    // 0 is "not set": the one-to-one view.
+    PixelSize = pixelSize == 0 ? int16_t(128) : std::clamp<int16_t>(pixelSize, 16, 1024);
     if (!state_.IsOpen()) return;
     lib_.SetPixelSize(view_, PixelSize);
     AfterScroll();
@@ -380,6 +419,21 @@ void Display::WheelZoom(int steps, ChartPoint screen) {
     view_.OriginY = cy - screen.y * view_.ViewFactor;
     AfterScroll();
     AfterRasterDisplay();
+}
+
+bool Display::ScaleBar(int maxPixels, double& nm, int& pixels) const {
+    if (!state_.IsOpen() || maxPixels <= 0) return false;
+    int16_t plan = DisplayedPlan >= 0 ? DisplayedPlan : state_.Header.FirstPlan;
+    double perNm = lib_.GetPixelsPerNM(plan) / std::max(1e-9, double(ViewFactor()));
+    if (!(perNm > 0) || !std::isfinite(perNm)) return false;
+    double most = maxPixels / perNm;  // the longest length that fits, miles
+    double decade = std::pow(10.0, std::floor(std::log10(most)));
+    double best = decade;
+    for (double m : {2.0, 5.0, 10.0})
+        if (decade * m <= most * (1 + 1e-9)) best = decade * m;
+    nm = best;
+    pixels = std::min(maxPixels, int(std::lround(best * perNm)));
+    return true;
 }
 
 // ---------------------------------------------------------------------
@@ -531,6 +585,7 @@ void Display::StartView() {
     view_.OriginX = view_.OriginY = 0;
     lib_.SetPixelSize(view_, PixelSize);
     view_.OriginX = view_.OriginY = 0;
+    centrePending_ = false;
     int16_t plan = state_.Header.FirstPlan;
     ombra::VesselView v;
     if (VesselView(v)) {
@@ -539,6 +594,7 @@ void Display::StartView() {
         if (p >= 0) {
             view_.OriginX = np.Pixel[size_t(p)].x - view_.Width / 2.0 * view_.ViewFactor;
             view_.OriginY = np.Pixel[size_t(p)].y - view_.Height / 2.0 * view_.ViewFactor;
+            centrePending_ = view_.Width == 0 || view_.Height == 0;
             plan = int16_t(p);
         }
     }

@@ -109,7 +109,7 @@ public:
     // Reads the current raster (CurrentChartPath) and shows it.
     void ShowRaster();
     void ShowHiRes();   // the ".CHR"
-    void ShowLoRes();   // the ".LOR"
+    void ShowLoRes();   // the ".LOR", in the middle of a view it does not fill
     bool ShowingLoRes() const;
     void SetPixelSize(int16_t pixelSize);
     void PixelZoomIn();   // doubles, at most 1024
@@ -127,6 +127,13 @@ public:
     bool Dragging() const { return dragging_; }
     // Wheel steps of pixel zoom about a screen point (positive enlarges).
     void WheelZoom(int steps, ChartPoint screen);
+
+    // --- Scale bar ---------------------------------------------------------
+    // The longest round length (1, 2 or 5 times a power of ten, nautical
+    // miles) that fits in `maxPixels` of the screen at the view's zoom on
+    // the displayed plan, and its length in screen pixels. False when no
+    // chart is open or the plan has no scale.
+    bool ScaleBar(int maxPixels, double& nm, int& pixels) const;
 
     // --- Warnings ----------------------------------------------------------
     void ChartWarning(int16_t code);
@@ -158,6 +165,7 @@ private:
     void StatusUpdate();
     void AfterScroll();
     void SetWarningText(int code);
+    void CentreSmallRaster();
 
     ChartLibrary& lib_;
     Dialogs& dialogs_;
@@ -180,6 +188,8 @@ private:
     std::string texts_[6];
     int16_t warningCount_ = 0;
     bool dragging_ = false;
+    // A centre was chosen while the view had no size (its origin holds it).
+    bool centrePending_ = false;
     ChartPoint dragFrom_;
     double dragOriginX_ = 0, dragOriginY_ = 0;
     VesselSource* vessel_ = nullptr;

@@ -347,7 +347,7 @@ std::string Plotter::ShowDisclaimer(const std::string& title, const std::string&
 }
 void Plotter::OpenChartAt(double lat, double lon) { charts_.Charts.OpenChartAt(lat, lon); }
 void Plotter::StartGPS() { instruments_.comm.StartGPS(); }
-void Plotter::OpenChartNumber(const std::string& number) { charts_.Charts.NewChart(number); }
+void Plotter::OpenChartNumber(const std::string& number) { charts_.Charts.OpenKeepingView(number); }
 void Plotter::EnableMainTimer() { services_.shell.EnableMainTimer(); }
 void Plotter::ActivateCommandRoute(const std::string& route) { nav_.ActivateCommandRoute(route); }
 void Plotter::EndCurrentTool() {

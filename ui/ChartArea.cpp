@@ -36,6 +36,30 @@ void ChartArea::Redraw() {
     QPainter p(&store_);
     PainterCanvas canvas(p, store_.width(), store_.height());
     charts_.View.RedrawNavCanvas(canvas);
+    DrawScaleBar(p);
+}
+
+// A bar of a round number of miles (or cables, below a mile) at the bottom
+// left, black and white so it reads on any chart colour.
+void ChartArea::DrawScaleBar(QPainter& p) {
+    double nm = 0;
+    int len = 0;
+    if (!charts_.View.ScaleBar(std::min(180, width() / 4), nm, len) || len < 8) return;
+    QString text = nm >= 1 ? QString::number(nm, 'g', 6) + " NM" : QString::number(nm * 10, 'g', 6) + " cbl";
+    const int x = 12, y = height() - 14, h = 6;
+    // The overlays may leave a raster operation, clip or opacity behind.
+    p.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    p.setClipping(false);
+    p.setOpacity(1.0);
+    p.resetTransform();
+    p.setBrush(Qt::NoBrush);
+    p.setRenderHint(QPainter::Antialiasing, false);
+    p.fillRect(QRect(x - 4, y - 22, len + 8, h + 26), QColor(255, 255, 255, 190));
+    p.fillRect(QRect(x, y, len, h), Qt::white);
+    p.fillRect(QRect(x, y, len / 2, h), Qt::black);
+    p.setPen(Qt::black);
+    p.drawRect(QRect(x, y, len, h));
+    p.drawText(QRect(x, y - 20, len + 60, 18), Qt::AlignLeft | Qt::AlignVCenter, text);
 }
 
 void ChartArea::paintEvent(QPaintEvent*) {
@@ -98,12 +122,15 @@ void ChartArea::mouseDoubleClickEvent(QMouseEvent* e) {
 void ChartArea::wheelEvent(QWheelEvent* e) {
     int steps = e->angleDelta().y() / 120;
     if (steps == 0) steps = e->angleDelta().y() > 0 ? 1 : e->angleDelta().y() < 0 ? -1 : 0;
-    if (e->modifiers() & Qt::ControlModifier) {
+    int sideways = e->angleDelta().x() / 120;
+    if (e->modifiers() & Qt::ShiftModifier) {
+        // Shift: up and down; a sideways wheel (or Shift+Alt) across.
+        if (e->modifiers() & Qt::AltModifier) charts_.View.ScrollBy(-steps * width() / 8, 0);
+        else charts_.View.ScrollBy(-sideways * width() / 8, -steps * height() / 8);
+    } else if (steps != 0) {
         charts_.View.WheelZoom(steps, PointOf(e->position()));
-    } else if (e->modifiers() & Qt::ShiftModifier) {
-        charts_.View.ScrollBy(-steps * width() / 8, 0);
-    } else {
-        charts_.View.ScrollBy(0, -steps * height() / 8);
+    } else if (sideways != 0) {
+        charts_.View.ScrollBy(-sideways * width() / 8, 0);
     }
     e->accept();
 }

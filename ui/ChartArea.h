@@ -8,8 +8,9 @@
 //
 // Mouse and keys, with no tool chosen (CurrentTool 0):
 //   left button held and moved     drags the chart
-//   wheel                          scrolls up and down (Shift: sideways)
-//   Ctrl + wheel, + and -          pixel zoom about the cursor / the centre
+//   wheel (with or without Ctrl)   pixel zoom about the cursor
+//   Shift + wheel                  scrolls up and down (Shift+Alt: sideways)
+//   + and -                        pixel zoom about the centre
 //   arrow keys, Page Up/Down       scroll by a tenth / a whole view
 // Every move and click is also handed to the owner (OnMouseMove, OnClick)
 // with the WGS84 position under the cursor, for the cursor read-out and
@@ -17,6 +18,7 @@
 // click and the chart is not dragged.
 #pragma once
 #include <QImage>
+#include <QPainter>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
@@ -54,6 +56,7 @@ protected:
     void keyPressEvent(QKeyEvent* e) override;
 
 private:
+    void DrawScaleBar(QPainter& p);
     ChartModule& charts_;
     QImage store_;
     QTimer redrawTimer_;

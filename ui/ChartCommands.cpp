@@ -1,5 +1,8 @@
 #include "ui/ChartCommands.h"
 
+#include <QMenu>
+
+#include "core/Val.h"
 #include "plotter/Plotter.h"
 #include "platform/qt/QtServices.h"
 #include "ui/ChartArea.h"
@@ -48,6 +51,30 @@ void ChartCommands::Palette(int mode) {
         }
 }
 
+// Vessel > Auto-Scroll turns the keeping of the vessel's run in view on and
+// off. Its time is the one of Program Options; off then on brings back the
+// last time used (ten minutes when there never was one). The tick is shown
+// whenever the Vessel menu opens, so a change in Program Options shows too.
+void ChartCommands::BindAutoScroll() {
+    QAction* a = main_.Action("MAutoScroll");
+    if (!a) return;
+    a->setCheckable(true);
+    auto& vessel = p_.instruments().vessel;
+    auto show = [this, a, &vessel] {
+        if (vessel.AutoscrollTime > 0.0f) lastAutoscroll_ = vessel.AutoscrollTime;
+        a->setChecked(vessel.AutoscrollTime > 0.0f);
+    };
+    main_.Bind("MAutoScroll", [this, show, &vessel] {
+        float time = vessel.AutoscrollTime > 0.0f ? 0.0f : (lastAutoscroll_ > 0.0f ? lastAutoscroll_ : 10.0f);
+        if (vessel.AutoscrollTime > 0.0f) lastAutoscroll_ = vessel.AutoscrollTime;
+        vessel.AutoscrollTime = time;
+        p_.registry().SaveSetting(Key::AutoscrollTime, NumberText(time));
+        show();
+    });
+    if (QMenu* m = main_.findChild<QMenu*>("MVessel")) QObject::connect(m, &QMenu::aboutToShow, a, show);
+    show();
+}
+
 void ChartCommands::Bind() {
     auto needChart = [this](auto f) {
         return [this, f] {
@@ -74,6 +101,13 @@ void ChartCommands::Bind() {
     }));
     main_.Bind("MPlans", needChart([this] { p_.charts().View.ShowPlansList(); }));
     main_.Bind("MHiRes", needChart([this] { p_.charts().View.ShowHiRes(); }));
+    // The next chart of larger or smaller scale at the same place; the
+    // chart view keeps + and - (and the wheel) for the pixel zoom.
+    main_.Bind("MZoomInChart", needChart([this] { p_.charts().Charts.ZoomInChart(); }));
+    main_.Bind("MZoomOutChart", needChart([this] { p_.charts().Charts.ZoomOutChart(); }));
+    if (QAction* a = main_.Action("MZoomInChart")) a->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_PageUp));
+    if (QAction* a = main_.Action("MZoomOutChart")) a->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_PageDown));
+    BindAutoScroll();
     main_.Bind("MLoRes", needChart([this] { p_.charts().View.ShowLoRes(); }));
     main_.Bind("MPaletteDay", [this] { Palette(0); });
     main_.Bind("MPaletteTwilight", [this] { Palette(1); });

@@ -22,6 +22,8 @@ public:
 
 private:
     void Palette(int mode);
+    void BindAutoScroll();
+    float lastAutoscroll_ = 0.0f;
     FrmMain& main_;
     Plotter& p_;
     ChartArea* area_ = nullptr;

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "charts/ChartHeader.h"
+#include "core/Paths.h"
 #include "core/Val.h"
 #include "platform/api/Dialogs.h"
 #include "platform/qt/QtServices.h"
@@ -30,12 +31,16 @@ FrmChartManager::FrmChartManager(ChartModule& charts, Dialogs& dialogs, const st
     ComRemove = new QPushButton("&Remove", this);
     ComOpen = new QPushButton("&Open", this);
     ComClose = new QPushButton("&Close", this);
+    ComQuickCheck = new QPushButton("&Quick Check", this);
+    ComQuickCheck->setToolTip("Check the files and issue dates of the chart in view");
+    ComValidate = new QPushButton("&Validate", this);
+    ComValidate->setToolTip("Validate the file checksums of the selected chart, or of every chart when none is selected");
     PrgInstall = new QProgressBar(this);
     PrgInstall->setRange(0, 100);
     PrgInstall->hide();
     LabStatus = new QLabel(this);
     auto* buttons = new QHBoxLayout;
-    for (QPushButton* b : {ComInstall, ComRemove, ComOpen}) buttons->addWidget(b);
+    for (QPushButton* b : {ComInstall, ComRemove, ComOpen, ComQuickCheck, ComValidate}) buttons->addWidget(b);
     buttons->addStretch(1);
     buttons->addWidget(ComClose);
     auto* layout = new QVBoxLayout(this);
@@ -45,10 +50,12 @@ FrmChartManager::FrmChartManager(ChartModule& charts, Dialogs& dialogs, const st
     layout->addLayout(buttons);
     resize(720, 420);
 
-    OpenChart = [this](const std::string& n) { charts_.Charts.NewChart(n); };
+    OpenChart = [this](const std::string& n) { charts_.Charts.OpenKeepingView(n); };
     connect(ComClose, &QPushButton::clicked, this, &QDialog::accept);
     connect(ComOpen, &QPushButton::clicked, this, [this] { OpenSelected(); });
     connect(ComRemove, &QPushButton::clicked, this, [this] { RemoveSelected(); });
+    connect(ComQuickCheck, &QPushButton::clicked, this, [this] { QuickCheck(); });
+    connect(ComValidate, &QPushButton::clicked, this, [this] { Validate(); });
     connect(LstCharts, &QTableWidget::cellDoubleClicked, this, [this] { OpenSelected(); });
     connect(ComInstall, &QPushButton::clicked, this, [this] {
         QStringList files = QFileDialog::getOpenFileNames(this, "Install Charts", QString(), "BSB/KAP charts (*.kap *.KAP)");
@@ -117,6 +124,31 @@ bool FrmChartManager::RemoveSelected() {
     if (!ok) dialogs_.MsgBox(why, mb::Exclamation, productName_);
     Refresh();
     return ok;
+}
+
+void FrmChartManager::QuickCheck() {
+    if (!charts_.Charts.ChartIsOpen()) {
+        dialogs_.MsgBox("Please select a Chart using the &Chart menu", mb::OKOnly | mb::Information, "No Chart Selected");
+        return;
+    }
+    charts_.Charts.QuickCheck();
+}
+
+void FrmChartManager::Validate() {
+    std::string status;
+    std::string n = SelectedNumber();
+    LabStatus->setText("Validating file checksums.");
+    QApplication::processEvents();
+    if (!n.empty()) {
+        std::string header = WithTrailingSlash(charts_.Root()) + ChartHeaderPath(n);
+        charts_.Checks.ValidateChecksums(charts_.Library, header, n, status);
+    } else {
+        std::vector<std::pair<std::string, std::string>> all;
+        for (const InstalledChart& c : charts_.Installer.ListCharts(charts_.Root()))
+            all.emplace_back(c.Number, WithTrailingSlash(charts_.Root()) + ChartHeaderPath(c.Number));
+        charts_.Checks.ValidateAll(charts_.Library, all, status);
+    }
+    LabStatus->setText(Q(status));
 }
 
 void FrmChartManager::OpenSelected() {

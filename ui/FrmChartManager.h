@@ -31,6 +31,10 @@ public:
     std::vector<std::string> InstallFiles(const std::vector<std::string>& files);
     bool RemoveSelected();
     void OpenSelected();
+    // The quick check of the chart in view ("No Chart Selected" when none).
+    void QuickCheck();
+    // The checksums of the selected chart, or of every installed one.
+    void Validate();
     std::string SelectedNumber() const;
 
     // Opens a chart; by default the chart module's NewChart.
@@ -38,6 +42,8 @@ public:
 
     QTableWidget* LstCharts;
     QPushButton *ComInstall, *ComRemove, *ComOpen, *ComClose;
+    QPushButton* ComQuickCheck = nullptr;
+    QPushButton* ComValidate = nullptr;
     QProgressBar* PrgInstall;
     QLabel* LabStatus;
 

@@ -48,6 +48,8 @@ std::vector<MenuEntry> Build() {
                     {{"MChartDetails", "Chart &Details", {}},
                      {"MHiRes", "&Hi Res Chart", {}},
                      {"MLoRes", "&Lo Res Chart", {}},
+                     {"MZoomInChart", "Larger Scale Chart (Zoom &In)", {}},
+                     {"MZoomOutChart", "Smaller Scale Chart (Zoom O&ut)", {}},
                      {"MNotes", "&Notes", {}},
                      {"MPlans", "&Plans", {}},
                      {"MPalette", "Pa&lette",

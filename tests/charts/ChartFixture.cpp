@@ -25,6 +25,11 @@ FixtureChart DefaultFixture() {
 ChartWorld::ChartWorld() { charts.SetRoot(root.path()); }
 
 bool ChartWorld::Install(const FixtureChart& chart, const std::string& issueDate, std::string* why) {
+    return InstallFixtureChart(charts, root.path(), chart, issueDate, why);
+}
+
+bool InstallFixtureChart(ChartModule& charts, const std::string& root, const FixtureChart& chart,
+                         const std::string& issueDate, std::string* why) {
     IndexedChartImage img;
     img.Width = chart.Width;
     img.Height = chart.Height;
@@ -60,7 +65,7 @@ bool ChartWorld::Install(const FixtureChart& chart, const std::string& issueDate
         ip.DepthUnits = "1";
         ip.DepthDatum = "11";
     }
-    InstallResult r = charts.Installer.InstallImage(root.path(), img, meta, issueDate, "Test warnings");
+    InstallResult r = charts.Installer.InstallImage(root, img, meta, issueDate, "Test warnings");
     if (why) *why = r.Message;
     return r.Ok;
 }

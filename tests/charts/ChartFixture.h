@@ -43,6 +43,11 @@ struct ChartWorld : ChartRig {
     std::vector<std::string> Messages() const;
 };
 
+// Installs a fixture chart under a chart root through a module's installer
+// (a plotter's, say); false with the message in `why`.
+bool InstallFixtureChart(ChartModule& charts, const std::string& root, const FixtureChart& chart,
+                         const std::string& issueDate = "20240601", std::string* why = nullptr);
+
 // Rewrites columns 14-21 of a file's first line.
 void SetIssueDate(const std::string& path, const std::string& date);
 

@@ -320,3 +320,199 @@ TEST(ScaleSteps, NextChartOutAndIn) {
 
 }  // namespace
 }  // namespace ombra::test
+
+namespace ombra::test {
+namespace {
+
+// A pixel size of 0 means "not set" and gives the one-to-one view; other
+// values are kept within the pixel-zoom range.
+TEST(ChartView, PixelSizeZeroIsOneToOneAndOthersStayInRange) {
+    ChartWorld w;
+    w.charts.View.SetViewSize(400, 300);
+    ASSERT_TRUE(w.Install(DefaultFixture()));
+    ASSERT_TRUE(w.charts.Charts.NewChart("1234A"));
+    w.charts.View.ShowHiRes();
+    struct Case {
+        int16_t asked, kept;
+        bool zoomWarning;
+    };
+    for (Case c : {Case{0, 128, false}, Case{256, 256, true}, Case{8, 16, true}, Case{2048, 1024, true},
+                   Case{-5, 16, true}, Case{128, 128, false}}) {
+        w.charts.View.SetPixelSize(c.asked);
+        EXPECT_EQ(w.charts.View.PixelSize, c.kept) << c.asked;
+        EXPECT_EQ(w.charts.View.WarningSet(4), c.zoomWarning) << c.asked;
+    }
+}
+
+}  // namespace
+}  // namespace ombra::test
+
+namespace ombra::test {
+namespace {
+
+// The scale bar: a round length (1, 2 or 5 times a power of ten of nautical
+// miles) whose pixels match the chart's pixels a mile at the view's zoom,
+// filling at least two fifths of the room it is given.
+TEST(ChartView, ScaleBarIsARoundLengthTrueToTheZoom) {
+    ChartWorld w;
+    w.charts.View.SetViewSize(400, 300);
+    double nm = 0;
+    int pixels = 0;
+    EXPECT_FALSE(w.charts.View.ScaleBar(150, nm, pixels));  // no chart
+    ASSERT_TRUE(w.Install(DefaultFixture()));
+    ASSERT_TRUE(w.charts.Charts.NewChart("1234A"));
+    struct Case {
+        bool hiRes;
+        int16_t pixelSize;
+        int room;
+    };
+    for (Case c : {Case{true, 128, 150}, Case{true, 512, 150}, Case{true, 16, 150}, Case{false, 128, 150},
+                   Case{true, 128, 40}, Case{false, 64, 300}}) {
+        if (c.hiRes) w.charts.View.ShowHiRes();
+        else w.charts.View.ShowLoRes();
+        w.charts.View.SetPixelSize(c.pixelSize);
+        ASSERT_TRUE(w.charts.View.ScaleBar(c.room, nm, pixels)) << c.pixelSize;
+        double perNm = w.library.GetPixelsPerNM(w.charts.View.DisplayedPlan) / w.charts.View.ViewFactor();
+        EXPECT_NEAR(pixels, nm * perNm, 1.0) << c.pixelSize;
+        EXPECT_LE(pixels, c.room);
+        EXPECT_GE(pixels, c.room * 2 / 5) << c.pixelSize << " " << nm;
+        double mantissa = nm / std::pow(10.0, std::floor(std::log10(nm) + 1e-9));
+        EXPECT_TRUE(std::abs(mantissa - 1) < 1e-6 || std::abs(mantissa - 2) < 1e-6 || std::abs(mantissa - 5) < 1e-6)
+            << nm;
+    }
+}
+
+}  // namespace
+}  // namespace ombra::test
+
+namespace ombra::test {
+namespace {
+
+// Choosing the chart for a position (the vessel's, at GPS on) keeps the
+// chart in view, with its raster and zoom, when it is still the one to
+// show, and only centres on the position.
+TEST(ChartOpen, ChoosingTheChartInViewAgainKeepsTheView) {
+    ChartWorld w;
+    w.charts.View.SetViewSize(400, 300);
+    ASSERT_TRUE(w.Install(DefaultFixture()));
+    int opened = 0;
+    w.host.opened = [&] { ++opened; };
+    ASSERT_TRUE(w.charts.Charts.OpenChartAt(50 * 3600.0, -12 * 3600.0));
+    EXPECT_EQ(opened, 1);
+    w.charts.View.ShowHiRes();
+    w.charts.View.PixelZoomIn();
+    struct Case {
+        double lat, lon;
+    };
+    for (Case c : {Case{50.05, -12.1}, Case{49.9, -11.8}, Case{50.0, -12.0}}) {
+        ASSERT_TRUE(w.charts.Charts.OpenChartAt(c.lat * 3600.0, c.lon * 3600.0));
+        EXPECT_EQ(opened, 1) << c.lat;
+        EXPECT_FALSE(w.charts.View.ShowingLoRes()) << c.lat;
+        EXPECT_EQ(w.charts.View.PixelSize, 256) << c.lat;
+        LatLong at = w.charts.View.ViewCentre();
+        EXPECT_NEAR(at.Lat, c.lat * 3600.0, 5) << c.lat;
+        EXPECT_NEAR(at.Long, c.lon * 3600.0, 5) << c.lat;
+    }
+}
+
+}  // namespace
+}  // namespace ombra::test
+
+namespace ombra::test {
+namespace {
+
+// A chart opened before its window has a size is centred where it was
+// asked to be once the window gets one.
+TEST(ChartView, APlaceChosenBeforeTheWindowHasASizeIsCentredOnceItHasOne) {
+    ChartWorld w;
+    ASSERT_TRUE(w.Install(DefaultFixture()));
+    ASSERT_TRUE(w.charts.Charts.NewChart("1234A"));
+    w.charts.View.ShowHiRes();
+    LatLong place{-12.1 * 3600.0, 50.05 * 3600.0};
+    ASSERT_TRUE(w.charts.View.CentreOnPosition(place));
+    w.charts.View.SetViewSize(400, 300);
+    LatLong at = w.charts.View.ViewCentre();
+    EXPECT_NEAR(at.Lat, place.Lat, 5);
+    EXPECT_NEAR(at.Long, place.Long, 5);
+    w.charts.View.SetViewSize(600, 200);  // later sizes keep the centre as before
+    at = w.charts.View.ViewCentre();
+    EXPECT_NEAR(at.Lat, place.Lat, 5);
+    EXPECT_NEAR(at.Long, place.Long, 5);
+}
+
+// Opening a chart from the Chart Manager or at start-up: the first chart
+// shows its readable full raster; a later one keeps the raster chosen and
+// the place in view when it covers it.
+TEST(ChartOpen, OpeningKeepsTheViewOrStartsReadable) {
+    ChartWorld w;
+    w.charts.View.SetViewSize(400, 300);
+    FixtureChart other;
+    other.Number = "2000";
+    other.Plans.push_back({50.05, 49.95, -12.1, -11.9, 0, 0, other.Width, other.Height, "Close", "25000"});
+    FixtureChart away;
+    away.Number = "3000";
+    away.Plans.push_back({40.5, 40.0, -10.0, -9.0, 0, 0, away.Width, away.Height, "Away", "50000"});
+    ASSERT_TRUE(w.Install(DefaultFixture()));
+    ASSERT_TRUE(w.Install(other));
+    ASSERT_TRUE(w.Install(away));
+    ASSERT_TRUE(w.charts.Charts.OpenKeepingView("1234A"));
+    EXPECT_FALSE(w.charts.View.ShowingLoRes());
+    EXPECT_FALSE(w.charts.View.WarningSet(2));
+    LatLong place{-12.0 * 3600.0, 50.0 * 3600.0};
+    ASSERT_TRUE(w.charts.View.CentreOnPosition(place));
+    struct Step {
+        const char* number;
+        bool loResBefore, loResAfter, samePlace;
+    };
+    for (Step s : {Step{"2000", false, false, true}, Step{"1234A", true, true, true}, Step{"3000", false, false, false}}) {
+        if (s.loResBefore) w.charts.View.ShowLoRes();
+        else w.charts.View.ShowHiRes();
+        ASSERT_TRUE(w.charts.Charts.OpenKeepingView(s.number)) << s.number;
+        EXPECT_EQ(Trim(w.charts.State.Header.ChartNumber), s.number);
+        EXPECT_EQ(w.charts.View.ShowingLoRes(), s.loResAfter) << s.number;
+        LatLong at = w.charts.View.ViewCentre();
+        bool same = std::abs(at.Lat - place.Lat) < 10 && std::abs(at.Long - place.Long) < 10;
+        EXPECT_EQ(same, s.samePlace) << s.number;
+    }
+}
+
+}  // namespace
+}  // namespace ombra::test
+
+namespace ombra::test {
+namespace {
+
+// The zoomed-out raster sits in the middle of a view it does not fill; one
+// larger than the view keeps the place at the centre.
+TEST(ChartView, ZoomedOutRasterSitsCentredInALargerView) {
+    struct Case {
+        int width, height;
+        ChartPoint topLeft, bottomRight;  // the raster's corners on the screen; x -1: not fitted
+    };
+    for (Case c : {Case{800, 600, {150, 100}, {650, 500}}, Case{520, 700, {10, 150}, {510, 550}},
+                   Case{400, 300, {-1, -1}, {-1, -1}}}) {
+        ChartWorld w;
+        w.charts.View.SetViewSize(c.width, c.height);
+        ASSERT_TRUE(w.Install(DefaultFixture()));
+        ASSERT_TRUE(w.charts.Charts.NewChart("1234A"));
+        w.charts.View.ShowHiRes();
+        LatLong place{-12.1 * 3600.0, 50.05 * 3600.0};
+        ASSERT_TRUE(w.charts.View.CentreOnPosition(place));
+        w.charts.View.ShowLoRes();
+        ASSERT_EQ(w.charts.View.ViewFactor(), 2.0f);
+        if (c.topLeft.x < 0) {
+            LatLong at = w.charts.View.ViewCentre();
+            EXPECT_NEAR(at.Lat, place.Lat, 10);
+            EXPECT_NEAR(at.Long, place.Long, 10);
+            continue;
+        }
+        ChartPoint tl = w.charts.View.ChartToScreen({0, 0}), br = w.charts.View.ChartToScreen({1000, 800});
+        EXPECT_EQ(tl.x, c.topLeft.x) << c.width;
+        EXPECT_EQ(tl.y, c.topLeft.y) << c.width;
+        EXPECT_EQ(br.x, c.bottomRight.x) << c.width;
+        EXPECT_EQ(br.y, c.bottomRight.y) << c.width;
+    }
+}
+
+}  // namespace
+}  // namespace ombra::test
