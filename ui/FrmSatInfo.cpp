@@ -19,7 +19,8 @@ FrmSatInfo::FrmSatInfo(QWidget* owner, const SatInfo& sats, const GGAExtra& gga)
 void FrmSatInfo::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.setRenderHint(QPainter::Antialiasing);
-    p.fillRect(rect(), Qt::white);
+    p.fillRect(rect(), palette().color(QPalette::Base));
+    const QColor ink = palette().color(QPalette::Text);
     const int w = width();
     const double radius = std::max(40.0, std::min(w, 320) / 2.0 - 30.0);
     const QPointF centre(w / 2.0, radius + 30.0);
@@ -29,7 +30,7 @@ void FrmSatInfo::paintEvent(QPaintEvent*) {
     for (double e : {0.0, 30.0, 60.0}) p.drawEllipse(centre, radius * (90.0 - e) / 90.0, radius * (90.0 - e) / 90.0);
     p.drawLine(QPointF(centre.x(), centre.y() - radius), QPointF(centre.x(), centre.y() + radius));
     p.drawLine(QPointF(centre.x() - radius, centre.y()), QPointF(centre.x() + radius, centre.y()));
-    p.setPen(Qt::black);
+    p.setPen(ink);
     QFontMetrics fm(p.font());
     auto label = [&](const QString& t, QPointF at) { p.drawText(at - QPointF(fm.horizontalAdvance(t) / 2.0, 0), t); };
     label("000 T", QPointF(centre.x(), centre.y() - radius - 6));
@@ -49,7 +50,7 @@ void FrmSatInfo::paintEvent(QPaintEvent*) {
         p.setBrush(c);
         p.setPen(Qt::NoPen);
         p.drawEllipse(at, 5, 5);
-        p.setPen(Qt::black);
+        p.setPen(ink);
         p.drawText(at + QPointF(7, 4), QString::number(s.PRN));
     }
 
@@ -66,13 +67,13 @@ void FrmSatInfo::paintEvent(QPaintEvent*) {
         if (s.PRN > 0) {
             p.setBrush(QColor(0, 100, 200));
             p.drawRect(QRectF(x + 2, barTop + barHeight - h, slot - 4, h));
-            p.setPen(Qt::black);
+            p.setPen(ink);
             label(QString::number(s.PRN), QPointF(x + slot / 2, barTop + barHeight + fm.ascent() + 2));
         }
         ++i;
     }
     double y = barTop + barHeight + 2 * fm.height() + 4;
-    p.setPen(Qt::black);
+    p.setPen(ink);
     p.drawText(QPointF(10, y), QString("In view: %1   Used: %2   HDOP: %3")
                                    .arg(sats_.SatsInView)
                                    .arg(gga_.Satellites)
