@@ -382,9 +382,13 @@ void Plotter::EndCurrentTool() {
 }
 void Plotter::StopGPS() { instruments_.comm.StopGPS(); }
 void Plotter::CloseStores() {
-    registry_.SaveSetting(Key::LastWaypointDatabase, nav_.waypoints.CurrentName);
-    registry_.SaveSetting(Key::LastRouteDatabase, nav_.routes.CurrentName);
-    registry_.SaveSetting(Key::LastBoundaryDatabase, nav_.boundaries.CurrentName);
+    // Written only when changed: an exit with nothing new writes no settings.
+    auto remember = [&](Key key, const std::string& name) {
+        if (registry_.GetSetting(key) != name) registry_.SaveSetting(key, name);
+    };
+    remember(Key::LastWaypointDatabase, nav_.waypoints.CurrentName);
+    remember(Key::LastRouteDatabase, nav_.routes.CurrentName);
+    remember(Key::LastBoundaryDatabase, nav_.boundaries.CurrentName);
     nav_.tracks.SaveTrackFile();
     nav_.CloseStores();
 }

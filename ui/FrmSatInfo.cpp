@@ -1,6 +1,9 @@
 #include "ui/FrmSatInfo.h"
 
+#include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPainter>
+#include <QVBoxLayout>
 #include <cmath>
 
 #include "core/Format.h"
@@ -13,7 +16,24 @@ FrmSatInfo::FrmSatInfo(QWidget* owner, const SatInfo& sats, const GGAExtra& gga)
     : QWidget(owner, Qt::Tool), sats_(sats), gga_(gga) {
     setObjectName("FrmSatInfo");
     setWindowTitle("Satellite Information");
-    resize(380, 520);
+    ComClose = new QPushButton("&Close", this);
+    ComClose->setObjectName("ComClose");
+    connect(ComClose, &QPushButton::clicked, this, &QWidget::close);
+    auto* layout = new QVBoxLayout(this);
+    layout->addStretch(1);
+    auto* row = new QHBoxLayout;
+    row->addStretch(1);
+    row->addWidget(ComClose);
+    layout->addLayout(row);
+    resize(380, 560);
+}
+
+void FrmSatInfo::keyPressEvent(QKeyEvent* e) {
+    if (e->key() == Qt::Key_Escape) {
+        close();
+        return;
+    }
+    QWidget::keyPressEvent(e);
 }
 
 void FrmSatInfo::paintEvent(QPaintEvent*) {
