@@ -11,6 +11,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <algorithm>
+#include <cstdlib>
 #include <vector>
 
 #include "core/Options.h"
@@ -73,6 +74,9 @@ namespace {
 void ExpectFits(QWidget* dlg, const char* what, int points) {
     dlg->show();
     QCoreApplication::processEvents();
+    // OMBRA_GRAB_DIR, when set, keeps a picture of each dialog to look at.
+    if (const char* grabs = std::getenv("OMBRA_GRAB_DIR"))
+        dlg->grab().save(QString("%1/%2-%3pt.png").arg(grabs, QString(what).replace(' ', '_')).arg(points));
     QSize need = dlg->minimumSizeHint();
     EXPECT_GE(dlg->width(), need.width()) << what << " at " << points << " pt";
     EXPECT_GE(dlg->height(), need.height()) << what << " at " << points << " pt";
