@@ -35,6 +35,40 @@ CommandLine ParseCommandLine(const std::string& line) {
     return c;
 }
 
+namespace {
+bool StartsWithKey(const std::string& arg, std::string_view key) {
+    return arg.size() >= key.size() && UCase(arg.substr(0, key.size())) == key;
+}
+bool IsKey(const std::string& arg) {
+    return StartsWithKey(arg, "NOSPLASH") || StartsWithKey(arg, "LAT=") || StartsWithKey(arg, "LON=") ||
+           StartsWithKey(arg, "ROUTE=");
+}
+}  // namespace
+
+std::string CommandLineFromArgs(const std::vector<std::string>& args) {
+    std::string line;
+    auto add = [&](const std::string& word) {
+        if (!line.empty()) line += ' ';
+        line += word;
+    };
+    for (size_t i = 0; i < args.size(); ++i) {
+        const std::string& a = args[i];
+        if (!StartsWithKey(a, "ROUTE=") || a.find('"') != std::string::npos) {
+            add(a);
+            continue;
+        }
+        std::string name = a.substr(6);
+        // The words after it up to the next key belong to the name.
+        while (i + 1 < args.size() && !IsKey(args[i + 1])) {
+            const std::string& next = args[++i];
+            if (!name.empty() && !next.empty()) name += ' ';
+            name += next;
+        }
+        add(a.substr(0, 6) + (name.empty() ? std::string() : "\"" + name + "\""));
+    }
+    return line;
+}
+
 std::string DisclaimerText(const std::string& productName) {
     return "Note that " + productName +
            " is an aid to navigation, and should not be used as the sole means of navigation at sea.\n"

@@ -27,6 +27,7 @@
 #pragma once
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "core/Registry.h"
 
@@ -47,6 +48,16 @@ struct CommandLine {
 };
 
 CommandLine ParseCommandLine(const std::string& line);
+
+// The line ParseCommandLine reads, from the program's own arguments as a
+// shell or a desktop launcher passes them: quotes already stripped, so
+// ROUTE="HARBOUR APPROACH" arrives as the one argument ROUTE=HARBOUR
+// APPROACH. The route's name is put back in quotes: it is the rest of the
+// ROUTE= argument, else the next argument when ROUTE= stands alone, and it
+// runs on over further arguments until one that is a key (NOSPLASH, LAT=,
+// LON=, ROUTE=), so that an unquoted ROUTE=HARBOUR APPROACH works too. A
+// name that still carries its quotes is left as it is.
+std::string CommandLineFromArgs(const std::vector<std::string>& args);
 
 // Process-wide start-up state.
 struct Globals {

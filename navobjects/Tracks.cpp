@@ -72,11 +72,27 @@ void Tracks::InitTracks() {
     });
 }
 
+void Tracks::OpenRecording() {
+    if (Folder.empty()) return;
+    ReadTrackFile(Folder + kRecordingFile);
+    lastSave_ = ctx_.clock.Timer();
+}
+
+bool Tracks::SaveIfDue() {
+    if (!unsaved_ || damaged_ || FileName.empty()) return false;
+    double now = ctx_.clock.Timer();
+    double since = now - lastSave_;
+    if (since < 0) since += 86400.0;  // across midnight
+    if (since < kSaveEvery) return false;
+    return SaveTrackFile();
+}
+
 void Tracks::ClearTrack() {
     Track.clear();
     newSegment_ = true;
     havePoint_ = false;
     damaged_ = false;
+    unsaved_ = false;
 }
 
 void Tracks::ReadTrackFile(const std::string& path) {
@@ -117,6 +133,8 @@ bool Tracks::SaveTrackFile() {
         if (!SaveFileAtomic(FileName, TrackFileText(ctx_.globals.VersionText, Track), &why))
             throw Fault(faults::PathFileAccess, why + " (" + NativePath(FileName) + ")");
         damaged_ = false;
+        unsaved_ = false;
+        lastSave_ = ctx_.clock.Timer();
         saved = true;
     });
     return saved;
@@ -132,6 +150,7 @@ void Tracks::AddTrackPoint(const LatLong& pos, double course) {
     ctx_.chart.PrepareNavPoint(p);
     Track.back().Points.push_back(std::move(p));
     havePoint_ = true;
+    unsaved_ = true;
     lastPos_ = pos;
     lastCourse_ = course;
     lastTime_ = ctx_.clock.Timer();

@@ -56,6 +56,16 @@ public:
     std::string Folder;     // "<data root>\Tracks\"
 
     void InitTracks();
+    // The track recorded from one run to the next, until the logbook keeps
+    // a file a day: Folder + kRecordingFile. Reads it and makes it the
+    // current file; what is recorded now starts a new segment.
+    static constexpr const char* kRecordingFile = "Track.trk";
+    void OpenRecording();
+    // Saves the current file when points were added since the last save and
+    // at least kSaveEvery seconds have passed, so that a crash loses at most
+    // that much. A damaged file is left for the save at exit, which asks.
+    static constexpr double kSaveEvery = 60.0;
+    bool SaveIfDue();
     // Reads a track file (a full path) and makes it the current one.
     void ReadTrackFile(const std::string& path);
     // Rewrites the current file; false when skipped or failed.
@@ -83,6 +93,8 @@ private:
     LatLong lastPos_;
     bool damaged_ = false;
     int damagedLine_ = 0;
+    bool unsaved_ = false;   // points added since the file was read or saved
+    double lastSave_ = 0.0;  // the clock's seconds since midnight
 };
 
 }  // namespace ombra

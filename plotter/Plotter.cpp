@@ -1,6 +1,8 @@
 #include "plotter/Plotter.h"
 
+#include "core/Paths.h"
 #include "core/Val.h"
+#include "navobjects/CommonDB.h"
 #include "plotter/AisBridge.h"
 #include "platform/chartlib/OmbraChartLibrary.h"
 
@@ -135,7 +137,10 @@ void PlotterHooks::CloseTrack(const VesselSnapshot& vessel) {
     AddTrackPoint(vessel);
     p_.nav_.tracks.StartSegment();
 }
-void PlotterHooks::AddTrackPoint(const VesselSnapshot& vessel) { p_.nav_.tracks.AddTrackPoint(vessel.Pos, vessel.COG); }
+void PlotterHooks::AddTrackPoint(const VesselSnapshot& vessel) {
+    p_.nav_.tracks.AddTrackPoint(vessel.Pos, vessel.COG);
+    p_.nav_.tracks.SaveIfDue();
+}
 // Not present yet: the log module writes these events.
 void PlotterHooks::LogEvent(LogCode, const std::string&) {}
 // Not present yet: the log module's automatic entries.
@@ -143,7 +148,9 @@ void PlotterHooks::AutoLog(const VesselSnapshot&) {}
 // Not present yet: the targets module (AIS and ARPA) refreshes against the vessel.
 void PlotterHooks::RefreshTargets(const VesselSnapshot&) {}
 void PlotterHooks::TrackCheck(const VesselSnapshot& vessel) {
-    if (p_.nav_.tracks.TrackCheck(vessel.Pos, vessel.COG, vessel.Time)) p_.RequestChartRedraw();
+    if (!p_.nav_.tracks.TrackCheck(vessel.Pos, vessel.COG, vessel.Time)) return;
+    p_.RequestChartRedraw();
+    p_.nav_.tracks.SaveIfDue();
 }
 // Not present yet: the alarms module's man-overboard read-out.
 void PlotterHooks::ManOverboardReadout(const VesselSnapshot&) {}
@@ -318,15 +325,37 @@ void Plotter::LoadChartFolders() {
     charts_.SetRoot(globals_.MainDataPath);
     charts_.View.SetVesselSource(&vesselSource_);
 }
-void Plotter::LoadNavObjects() { nav_.LoadNavObjects(); }
+// The databases open at the last exit come back, by name; one deleted
+// meanwhile is not reopened.
+void Plotter::ReopenStore(NavStore& store, Key key) {
+    std::string name = registry_.GetSetting(key);
+    if (name.empty() || store.IndexPath.empty()) return;
+    for (const DBEntry& e : ReadIndex(store.IndexPath)) {
+        if (e.Name != name || !FileExists(store.Folder + e.File)) continue;
+        store.CurrentName = e.Name;
+        store.CurrentFile = e.File;
+        store.OpenDB();
+        return;
+    }
+}
+void Plotter::LoadNavObjects() {
+    nav_.LoadNavObjects();
+    nav_.tracks.OpenRecording();
+    ReopenStore(nav_.boundaries, Key::LastBoundaryDatabase);
+    ReopenStore(nav_.routes, Key::LastRouteDatabase);
+}
 void Plotter::LoadVesselSettings() {
     instruments_.vessel.LoadVesselSettings();
     deviation_.ReadDeviateDat();
 }
-void Plotter::LoadWaypoints() { nav_.LoadWaypoints(); }
+void Plotter::LoadWaypoints() {
+    nav_.LoadWaypoints();
+    ReopenStore(nav_.waypoints, Key::LastWaypointDatabase);
+}
 void Plotter::ApplyPaletteMode(int16_t mode) {
     paletteMode_ = (mode >= 0 && mode <= 2) ? mode : 0;
     charts_.View.SetPaletteMode(paletteMode_);
+    services_.shell.PaletteChanged(paletteMode_);
 }
 void Plotter::ReadLastFileDataStamp() { instruments_.vessel.ReadLastFileDataStamp(); }
 void Plotter::ReadBoatOutline(const std::string& path) { chartLibrary_.ReadBoatOutline(path); }
@@ -355,7 +384,17 @@ void Plotter::EndCurrentTool() {
     globals_.CurrentTool = 0;
 }
 void Plotter::StopGPS() { instruments_.comm.StopGPS(); }
-void Plotter::CloseStores() { nav_.CloseStores(); }
+void Plotter::CloseStores() {
+    // Written only when changed: an exit with nothing new writes no settings.
+    auto remember = [&](Key key, const std::string& name) {
+        if (registry_.GetSetting(key) != name) registry_.SaveSetting(key, name);
+    };
+    remember(Key::LastWaypointDatabase, nav_.waypoints.CurrentName);
+    remember(Key::LastRouteDatabase, nav_.routes.CurrentName);
+    remember(Key::LastBoundaryDatabase, nav_.boundaries.CurrentName);
+    nav_.tracks.SaveTrackFile();
+    nav_.CloseStores();
+}
 void Plotter::CloseChart() { charts_.Charts.CloseChart(); }
 void Plotter::EndProcess() {
     exited_ = true;

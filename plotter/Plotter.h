@@ -277,6 +277,7 @@ public:
     void EndProcess() override;
 
 private:
+    void ReopenStore(NavStore& store, Key key);
     friend class PlotterHooks;
     friend class PlotterChartOps;
     friend class PlotterVesselSource;

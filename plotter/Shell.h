@@ -49,6 +49,9 @@ public:
     virtual void ConsoleChanged() {}
     virtual void SetGPSMenuState(bool) {}
     virtual void SetBusyCursor(bool) {}
+    // The chart's palette changed (0 day, 1 twilight, 2 night): the
+    // windows around it follow.
+    virtual void PaletteChanged(int /*mode*/) {}
 };
 
 }  // namespace ombra

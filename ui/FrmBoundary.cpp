@@ -132,7 +132,7 @@ FrmBoundaryDB::FrmBoundaryDB(QWidget* owner, Boundaries& store, NavChart& chart)
     ComProperties = new QPushButton("&Properties", this);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(PicBoundaries, 1);
-    layout->addLayout(ButtonRow({ComDisplay, ComDelete, ComProperties}));
+    layout->addLayout(ButtonRow(this, ComProperties, {ComDisplay}, ComDelete, &ComClose));
     OnSelectedSlot(this, ComDisplay, [this](int16_t s) { store_.DisplayBoundary(s); });
     OnSelectedSlot(this, ComDelete, [this](int16_t s) { store_.DeleteBoundary(s); });
     connect(ComProperties, &QPushButton::clicked, this, [this] {

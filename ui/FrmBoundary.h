@@ -49,7 +49,7 @@ public:
     int16_t SelectedSlot() const;
 
     QTableWidget* PicBoundaries;
-    QPushButton *ComDisplay, *ComDelete, *ComProperties;
+    QPushButton *ComDisplay, *ComDelete, *ComProperties, *ComClose = nullptr;
 
 private:
     void EnableButtons();

@@ -31,6 +31,9 @@ FrmConsole::FrmConsole(QWidget* owner, const Console& console) : QDialog(owner) 
     auto* top = new QVBoxLayout(this);
     ChkConsoleVisible = NamedCheck(this, top, "ChkConsoleVisible", "Show the console", console.Visible);
     auto* tabs = new QTabWidget(this);
+    // Every tab in sight: the dialog widens to the tab bar, at any font size.
+    tabs->setUsesScrollButtons(false);
+    tabs->setElideMode(Qt::ElideNone);
     top->addWidget(tabs);
     const auto& frames = Console::Frames();
     // Pages in the model's frame order; the tracking frame has no options.

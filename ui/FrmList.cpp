@@ -79,9 +79,19 @@ QTableWidget* StoreTable(QWidget* parent, const char* name, std::function<void()
     return t;
 }
 
-QHBoxLayout* ButtonRow(std::initializer_list<QPushButton*> buttons) {
+QHBoxLayout* ButtonRow(QDialog* window, QPushButton* properties, std::initializer_list<QPushButton*> commands,
+                       QPushButton* remove, QPushButton** close) {
     auto* row = new QHBoxLayout;
-    for (QPushButton* b : buttons) row->addWidget(b);
+    row->addWidget(properties);
+    for (QPushButton* b : commands) row->addWidget(b);
+    row->addStretch(1);
+    row->addWidget(remove);
+    auto* closeButton = new QPushButton("&Close", window);
+    closeButton->setObjectName("ComClose");
+    closeButton->setAutoDefault(false);
+    QObject::connect(closeButton, &QPushButton::clicked, window, &QDialog::close);
+    row->addWidget(closeButton);
+    if (close) *close = closeButton;
     return row;
 }
 

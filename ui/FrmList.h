@@ -40,8 +40,12 @@ int SelectedRow(QTableWidget* table);
 // `selectionChanged`, a double click on a row `doubleClicked`.
 QTableWidget* StoreTable(QWidget* parent, const char* name, std::function<void()> selectionChanged,
                          std::function<void()> doubleClicked);
-// The buttons of such a window side by side, in order.
-QHBoxLayout* ButtonRow(std::initializer_list<QPushButton*> buttons);
+// The buttons of such a window, the same command at the same place in
+// every list: "&Properties" first, then `commands` left to right, and at
+// the right end "&Delete" and a "&Close" that closes `window` (as Esc does).
+// Returns the row; `close`, when given, receives the Close button.
+QHBoxLayout* ButtonRow(QDialog* window, QPushButton* properties, std::initializer_list<QPushButton*> commands,
+                       QPushButton* remove, QPushButton** close = nullptr);
 // The store slot of the selected row, `rowSlots` holding each row's slot; 0
 // when no row is selected or the row has no slot.
 int16_t SelectedSlot(QTableWidget* table, const std::vector<int16_t>& rowSlots);

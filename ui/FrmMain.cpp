@@ -22,8 +22,10 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter p(this);
-        p.fillRect(rect(), QColor(0x8f, 0xb8, 0xd6));
-        p.setPen(QColor(0x1c, 0x3a, 0x5a));
+        // Sea blue by day; the windows' own dark colours at twilight and night.
+        bool dark = palette().color(QPalette::Window).lightness() < 100;
+        p.fillRect(rect(), dark ? palette().color(QPalette::Base) : QColor(0x8f, 0xb8, 0xd6));
+        p.setPen(dark ? palette().color(QPalette::WindowText) : QColor(0x1c, 0x3a, 0x5a));
         QFont f = font();
         f.setPointSize(14);
         p.setFont(f);

@@ -49,6 +49,9 @@ FrmOptions::FrmOptions(QWidget* owner, const OptionsValues& v) : QDialog(owner) 
     setModal(true);
     auto* top = new QVBoxLayout(this);
     auto* tabs = new QTabWidget(this);
+    // Every tab in sight: the dialog widens to the tab bar, at any font size.
+    tabs->setUsesScrollButtons(false);
+    tabs->setElideMode(Qt::ElideNone);
     top->addWidget(tabs);
     BuildDisplayTab(tabs);
     BuildAlarmsTab(tabs);

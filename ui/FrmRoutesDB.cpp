@@ -20,7 +20,7 @@ FrmRoutesDB::FrmRoutesDB(QWidget* owner, Routes& store, Activation& activation)
     ComActivate = new QPushButton("&Activate", this);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(PicRoutes, 1);
-    layout->addLayout(ButtonRow({ComDisplay, ComDelete, ComProperties, ComActivate}));
+    layout->addLayout(ButtonRow(this, ComProperties, {ComDisplay, ComActivate}, ComDelete, &ComClose));
     OnSelectedSlot(this, ComDisplay, [this](int16_t s) { store_.DisplayRoute(s); });
     OnSelectedSlot(this, ComDelete, [this](int16_t s) { store_.DeleteRoute(s); });
     OnSelectedSlot(this, ComProperties, [this](int16_t s) {

@@ -1,7 +1,8 @@
 // FrmRoutesDB: the routes of the open database, one row a used route
 // ("No.", "Name", "Display", "Active"), and the commands on the row:
 // "&Display" ("&Hide" on a displayed route), "&Delete", "&Properties"
-// (FrmRoute), "&Activate" ("&De-activate" on the active route).
+// (FrmRoute), "&Activate" ("&De-activate" on the active route), "&Close";
+// the buttons stand in the order every store list shares (ButtonRow).
 #pragma once
 #include <QDialog>
 #include <QPushButton>
@@ -23,7 +24,7 @@ public:
     std::function<void(int16_t route)> ShowRoute;
 
     QTableWidget* PicRoutes;
-    QPushButton *ComDisplay, *ComDelete, *ComProperties, *ComActivate;
+    QPushButton *ComDisplay, *ComDelete, *ComProperties, *ComActivate, *ComClose = nullptr;
 
 private:
     void EnableButtons();

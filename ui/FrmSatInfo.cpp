@@ -1,6 +1,9 @@
 #include "ui/FrmSatInfo.h"
 
+#include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPainter>
+#include <QVBoxLayout>
 #include <cmath>
 
 #include "core/Angles.h"
@@ -14,13 +17,31 @@ FrmSatInfo::FrmSatInfo(QWidget* owner, const SatInfo& sats, const GGAExtra& gga)
     : QWidget(owner, Qt::Tool), sats_(sats), gga_(gga) {
     setObjectName("FrmSatInfo");
     setWindowTitle("Satellite Information");
-    resize(380, 520);
+    ComClose = new QPushButton("&Close", this);
+    ComClose->setObjectName("ComClose");
+    connect(ComClose, &QPushButton::clicked, this, &QWidget::close);
+    auto* layout = new QVBoxLayout(this);
+    layout->addStretch(1);
+    auto* row = new QHBoxLayout;
+    row->addStretch(1);
+    row->addWidget(ComClose);
+    layout->addLayout(row);
+    resize(380, 560);
+}
+
+void FrmSatInfo::keyPressEvent(QKeyEvent* e) {
+    if (e->key() == Qt::Key_Escape) {
+        close();
+        return;
+    }
+    QWidget::keyPressEvent(e);
 }
 
 void FrmSatInfo::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.setRenderHint(QPainter::Antialiasing);
-    p.fillRect(rect(), Qt::white);
+    p.fillRect(rect(), palette().color(QPalette::Base));
+    const QColor ink = palette().color(QPalette::Text);
     const int w = width();
     const double radius = std::max(40.0, std::min(w, 320) / 2.0 - 30.0);
     const QPointF centre(w / 2.0, radius + 30.0);
@@ -30,7 +51,7 @@ void FrmSatInfo::paintEvent(QPaintEvent*) {
     for (double e : {0.0, 30.0, 60.0}) p.drawEllipse(centre, radius * (90.0 - e) / 90.0, radius * (90.0 - e) / 90.0);
     p.drawLine(QPointF(centre.x(), centre.y() - radius), QPointF(centre.x(), centre.y() + radius));
     p.drawLine(QPointF(centre.x() - radius, centre.y()), QPointF(centre.x() + radius, centre.y()));
-    p.setPen(Qt::black);
+    p.setPen(ink);
     QFontMetrics fm(p.font());
     auto label = [&](const QString& t, QPointF at) { p.drawText(at - QPointF(fm.horizontalAdvance(t) / 2.0, 0), t); };
     label("000 T", QPointF(centre.x(), centre.y() - radius - 6));
@@ -50,7 +71,7 @@ void FrmSatInfo::paintEvent(QPaintEvent*) {
         p.setBrush(c);
         p.setPen(Qt::NoPen);
         p.drawEllipse(at, 5, 5);
-        p.setPen(Qt::black);
+        p.setPen(ink);
         p.drawText(at + QPointF(7, 4), QString::number(s.PRN));
     }
 
@@ -67,13 +88,13 @@ void FrmSatInfo::paintEvent(QPaintEvent*) {
         if (s.PRN > 0) {
             p.setBrush(QColor(0, 100, 200));
             p.drawRect(QRectF(x + 2, barTop + barHeight - h, slot - 4, h));
-            p.setPen(Qt::black);
+            p.setPen(ink);
             label(QString::number(s.PRN), QPointF(x + slot / 2, barTop + barHeight + fm.ascent() + 2));
         }
         ++i;
     }
     double y = barTop + barHeight + 2 * fm.height() + 4;
-    p.setPen(Qt::black);
+    p.setPen(ink);
     p.drawText(QPointF(10, y), QString("In view: %1   Used: %2   HDOP: %3")
                                    .arg(sats_.SatsInView)
                                    .arg(gga_.Satellites)

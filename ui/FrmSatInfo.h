@@ -5,7 +5,10 @@
 // azimuth and elevation, labelled with its PRN. Below it, one bar a
 // satellite for its signal-to-noise ratio (0-60 dB), and the GGA figures:
 // satellites used, HDOP, altitude, the time of the last fix.
+//
+// A "&Close" button at the foot and Esc close it, as they do any dialog.
 #pragma once
+#include <QPushButton>
 #include <QWidget>
 
 namespace ombra {
@@ -19,8 +22,11 @@ public:
     FrmSatInfo(QWidget* owner, const SatInfo& sats, const GGAExtra& gga);
     void Refresh() { update(); }
 
+    QPushButton* ComClose;
+
 protected:
     void paintEvent(QPaintEvent*) override;
+    void keyPressEvent(QKeyEvent* e) override;
 
 private:
     const SatInfo& sats_;

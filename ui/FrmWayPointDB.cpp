@@ -31,7 +31,7 @@ FrmWayPointDB::FrmWayPointDB(QWidget* owner, Waypoints& store, Activation& activ
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(PicWaypoints, 1);
     layout->addWidget(datum);
-    layout->addLayout(ButtonRow({ComExport, ComZoom, ComActivate, ComProperties, ComDelete}));
+    layout->addLayout(ButtonRow(this, ComProperties, {ComZoom, ComActivate, ComExport}, ComDelete, &ComClose));
 
     connect(OptWGS84, &QRadioButton::toggled, this, [this] { Refill(); });
     connect(ComExport, &QPushButton::clicked, this, [this] {

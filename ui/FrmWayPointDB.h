@@ -29,7 +29,7 @@ public:
 
     QTableWidget* PicWaypoints;
     QRadioButton *OptWGS84, *OptChart;
-    QPushButton *ComExport, *ComZoom, *ComActivate, *ComProperties, *ComDelete;
+    QPushButton *ComExport, *ComZoom, *ComActivate, *ComProperties, *ComDelete, *ComClose = nullptr;
 
 private:
     void EnableButtons();

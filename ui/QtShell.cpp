@@ -13,6 +13,7 @@
 #include "ui/ChartCommands.h"
 #include "ui/ChartArea.h"
 #include "ui/NavObjectCommands.h"
+#include "ui/WindowPalette.h"
 
 namespace ombra {
 
@@ -182,6 +183,8 @@ void QtShell::ChartErrorsChanged() {
     if (charts_) charts_->ChartErrorsChanged();
 }
 NavHost* QtShell::NavWindows() { return nav_.get(); }
+void QtShell::PaletteChanged(int mode) { ApplyWindowPalette(mode); }
+
 void QtShell::SetBusyCursor(bool busy) {
     if (busy == busyCursor_) return;
     busyCursor_ = busy;

@@ -47,6 +47,7 @@ public:
     void ConsoleChanged() override;
     void SetGPSMenuState(bool on) override;
     void SetBusyCursor(bool busy) override;
+    void PaletteChanged(int mode) override;
     void ChartRedrawRequested() override;
     void ChartPainted() override;
     void ChartWarningsChanged() override;

@@ -2,6 +2,10 @@
 //
 //   ombra [NOSPLASH] [LAT=deg LON=deg ROUTE="NAME"] [--screenshot FILE [--after SECONDS]]
 //
+// A route name with blanks works as a shell or a desktop launcher passes it
+// (ROUTE="HARBOUR APPROACH", "ROUTE=HARBOUR APPROACH"): see
+// CommandLineFromArgs.
+//
 // With --screenshot the plotter starts as usual, answers the disclaimer
 // with Accept and every start-up question with its default button, runs for
 // the given seconds (3 by default), writes a PNG of the main window and
@@ -17,7 +21,10 @@
 #include <QTimer>
 #include <cstdlib>
 #include <iostream>
+#include <string>
+#include <vector>
 
+#include "core/Startup.h"
 #include "plotter/Plotter.h"
 #include "platform/qt/QtServices.h"
 #include "ui/FrmMain.h"
@@ -49,7 +56,8 @@ std::string SharedData(const char* argv0) {
 int main(int argc, char** argv) {
     std::string screenshot;
     double after = 3.0;
-    std::string commandLine;
+    // The plotter's own words, as the shell or the launcher split them.
+    std::vector<std::string> words;
     for (int i = 1; i < argc; ++i) {
         std::string a = argv[i];
         if (a == "--screenshot" && i + 1 < argc) {
@@ -57,10 +65,10 @@ int main(int argc, char** argv) {
         } else if (a == "--after" && i + 1 < argc) {
             after = std::atof(argv[++i]);
         } else {
-            if (!commandLine.empty()) commandLine += ' ';
-            commandLine += a;
+            words.push_back(a);
         }
     }
+    const std::string commandLine = CommandLineFromArgs(words);
     bool noDisplay = qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && (noDisplay || !screenshot.empty()))
         qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -127,6 +127,43 @@ TEST(CommandLine, KeysAnywhereInAnyCase) {
     }
 }
 
+// The program's own arguments, as a shell or a desktop launcher hands them
+// over (quotes already removed), make the line that ParseCommandLine reads.
+TEST(CommandLine, ArgumentsKeepARouteNameWithBlanks) {
+    struct Case {
+        std::vector<std::string> args;
+        const char* route;  // what the joined line yields
+        bool launchedForRoute;
+    } cases[] = {
+        // ombra LAT=50 LON=-12 ROUTE="HARBOUR APPROACH": the shell drops the quotes.
+        {{"LAT=50", "LON=-12", "ROUTE=HARBOUR APPROACH"}, "HARBOUR APPROACH", true},
+        // Exec=ombra "ROUTE=Harbour Approach" nosplash in a launcher.
+        {{"ROUTE=Harbour Approach", "nosplash", "LAT=1", "LON=2"}, "HARBOUR APPROACH", true},
+        // A one-word name.
+        {{"LAT=50", "LON=-12", "route=R1"}, "R1", true},
+        // Unquoted in the shell: the name runs on until the next key.
+        {{"ROUTE=HARBOUR", "APPROACH", "LAT=50", "LON=-12"}, "HARBOUR APPROACH", true},
+        // ROUTE= "HARBOUR APPROACH": the name is the next argument.
+        {{"LAT=50", "LON=-12", "ROUTE=", "HARBOUR APPROACH"}, "HARBOUR APPROACH", true},
+        // Quotes that reached the program (escaped in the shell) are kept as typed.
+        {{"LAT=50", "LON=-12", "ROUTE=\"A B\""}, "A B", true},
+        // ROUTE= with nothing after it names no route.
+        {{"LAT=50", "LON=-12", "ROUTE="}, "", true},
+        {{"nosplash"}, "", false},
+        {{}, "", false},
+    };
+    for (auto& c : cases) {
+        std::string line = CommandLineFromArgs(c.args);
+        CommandLine r = ParseCommandLine(line);
+        EXPECT_EQ(r.CommandRoute, c.route) << line;
+        EXPECT_EQ(r.LaunchedForRoute(), c.launchedForRoute) << line;
+    }
+    CommandLine r = ParseCommandLine(CommandLineFromArgs({"nosplash", "LAT=50.5", "LON=-1.25", "ROUTE=X Y"}));
+    EXPECT_TRUE(r.NoSplash);
+    EXPECT_DOUBLE_EQ(r.CommandLat, 50.5 * 3600);
+    EXPECT_DOUBLE_EQ(r.CommandLon, -1.25 * 3600);
+}
+
 TEST(Startup, ADefaultStartRunsEveryStepInOrder) {
     StartRun r;
     ASSERT_TRUE(r.Main());

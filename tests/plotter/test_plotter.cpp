@@ -3,9 +3,11 @@
 // burst, and the exit sequence that closes the port.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <map>
 
 #include "core/Format.h"
+#include "core/Paths.h"
 #include "core/Val.h"
 #include "platform/chartlib/OmbraChartLibrary.h"
 #include "platform/comms/ScriptedComms.h"
@@ -222,4 +224,102 @@ TEST(Plotter, DeadReckoningWithoutAPortSaysSoOnce) {
     EXPECT_EQ(boxes, 1u);
     EXPECT_GE(h.comms.opens[1], 4);  // a burst every two seconds, one attempt each
     EXPECT_LE(h.comms.opens[1], 6);
+}
+
+namespace {
+// A plotter over the same settings and home as `h`, as at the next start.
+struct Restart {
+    Plotter plotter;
+    explicit Restart(Harness& h) : plotter({h.store, h.dialogs, h.clock, h.events, h.shell, &h.comms, &h.library}) {}
+    bool Start(Harness& h) { return plotter.Start("NOSPLASH", h.dir / "ombra", h.dir / "home", ""); }
+};
+
+// A fix each second, zig-zagging so that every course change adds a track point.
+void ZigZag(Harness& h, int seconds) {
+    for (int s = 0; s < seconds; ++s) {
+        char body[96];
+        std::snprintf(body, sizeof body, "GPGGA,10%02d%02d,5000.%03d,N,01200.000,W,1,08,0.9,5.0,M,50.0,M,,", s / 60,
+                      s % 60, s);
+        h.Second(WithChecksum(body));
+        h.comms.Feed(1, WithChecksum(s % 2 ? "GPVTG,090.0,T,,M,6.0,N,11.1,K" : "GPVTG,000.0,T,,M,6.0,N,11.1,K"));
+    }
+}
+
+size_t PointsInFile(const std::string& path) {
+    auto text = ReadWholeFile(ResolvePath(path));
+    if (!text) return 0;
+    std::vector<TrackSegment> track;
+    ReadTrackText(*text, track);
+    size_t n = 0;
+    for (const TrackSegment& s : track) n += s.Points.size();
+    return n;
+}
+}  // namespace
+
+TEST(Plotter, TheRecordedTrackIsSavedAsItGrowsAndComesBackAtTheNextStart) {
+    Harness h;
+    ASSERT_TRUE(h.Start());
+    const Tracks& tracks = h.plotter.nav().tracks;
+    ASSERT_FALSE(tracks.FileName.empty());
+    ZigZag(h, 30);
+    ASSERT_GT(tracks.PointCount(), 10u);
+    // Within the first minute nothing need be on disk yet; a few minutes on,
+    // a crash (no exit sequence) would still leave most of the track.
+    ZigZag(h, 150);
+    size_t held = tracks.PointCount();
+    size_t onDisk = PointsInFile(tracks.FileName);
+    EXPECT_GT(onDisk, 0u);
+    // Two points a second here: the file lags by a minute at most.
+    EXPECT_GE(onDisk + 2 * size_t(Tracks::kSaveEvery) + 2, held) << "on disk " << onDisk << " of " << held;
+    // The exit sequence (which closes the track with a last point) writes it whole.
+    h.plotter.Close(0, 0, 0, 800, 600);
+    held = tracks.PointCount();
+    EXPECT_EQ(PointsInFile(tracks.FileName), held);
+
+    Restart next(h);
+    ASSERT_TRUE(next.Start(h));
+    EXPECT_EQ(next.plotter.nav().tracks.PointCount(), held);
+    EXPECT_EQ(next.plotter.nav().tracks.FileName, tracks.FileName);
+}
+
+TEST(Plotter, TheLastDatabasesAreReopenedAtTheNextStart) {
+    Harness h;
+    ASSERT_TRUE(h.Start());
+    NavObjects& nav = h.plotter.nav();
+    struct Case {
+        const char* what;
+        NavStore& (*store)(NavObjects&);
+        const char* name;
+    } cases[] = {
+        {"waypoints", [](NavObjects& n) -> NavStore& { return n.waypoints; }, "Solent marks"},
+        {"routes", [](NavObjects& n) -> NavStore& { return n.routes; }, "Channel crossing"},
+        {"boundaries", [](NavObjects& n) -> NavStore& { return n.boundaries; }, "Shoals"},
+    };
+    // Two databases of each kind: the second one opened is the one to come back.
+    for (auto& c : cases) {
+        NavStore& s = c.store(nav);
+        for (std::string name : {std::string("Other"), std::string(c.name)}) {
+            s.SaveDB();
+            s.ClearAll();
+            s.CurrentName = name;
+            ASSERT_TRUE(s.SaveDB()) << c.what;
+        }
+    }
+    h.plotter.Close(0, 0, 0, 800, 600);
+    for (auto& c : cases) EXPECT_FALSE(c.store(nav).IsOpen()) << c.what;
+
+    Restart next(h);
+    ASSERT_TRUE(next.Start(h));
+    for (auto& c : cases) {
+        NavStore& s = c.store(next.plotter.nav());
+        EXPECT_EQ(s.CurrentName, c.name) << c.what;
+        EXPECT_FALSE(s.CurrentFile.empty()) << c.what;
+    }
+    // A database deleted meanwhile is simply not reopened.
+    next.plotter.Close(0, 0, 0, 800, 600);
+    std::filesystem::remove_all(ResolvePath(next.plotter.nav().waypoints.Folder));
+    Restart third(h);
+    ASSERT_TRUE(third.Start(h));
+    EXPECT_FALSE(third.plotter.nav().waypoints.IsOpen());
+    EXPECT_EQ(third.plotter.nav().routes.CurrentName, "Channel crossing");
 }
