@@ -130,6 +130,7 @@ TEST(Gpx, OddAndHostileFiles) {
     GpxData d;
     std::string why;
     ReadGpx(NavData("gpx/gpx10.gpx"), d, why);
+    ASSERT_FALSE(d.Waypoints.empty()) << why;
     EXPECT_EQ(d.Waypoints[0].Icon, 6);
     EXPECT_DOUBLE_EQ(d.Waypoints[0].Position.Wgs84.Lat, -120600.0);
 }
