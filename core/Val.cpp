@@ -137,7 +137,31 @@ static std::string ShortestText(T value) {
     return std::string(buf, r.ptr);
 }
 
-std::string NumberText(double value) { return ShortestText(value); }
+// The digits of a number's text that carry its value: leading zeros, the
+// sign, the point and the exponent do not count.
+static int SignificantDigits(std::string_view text) {
+    int n = 0;
+    bool leading = true;
+    for (char c : text) {
+        if (c == 'e' || c == 'E') break;
+        if (c < '0' || c > '9') continue;
+        if (leading && c == '0') continue;
+        leading = false;
+        ++n;
+    }
+    return n;
+}
+
+std::string NumberText(double value) {
+    std::string shortest = ShortestText(value);
+    if (SignificantDigits(shortest) <= 15) return shortest;
+    // Arithmetic leaves tails like -3960.0000000000005 for -3960; 15
+    // significant digits hold a position in seconds of arc to far below a
+    // millimetre, and a person reading the file sees the value meant.
+    char buf[64];
+    auto r = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::general, 15);
+    return std::string(buf, r.ptr);
+}
 std::string NumberText(float value) { return ShortestText(value); }
 
 }  // namespace ombra

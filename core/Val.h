@@ -30,7 +30,10 @@ std::string LCase(std::string_view text);
 std::string Replace(std::string_view text, std::string_view from, std::string_view to);
 
 // Shortest text that reads back as the same value through Val: "0.5", "12",
-// "-3.25", "1e-07". The point is always the decimal mark.
+// "-3.25", "1e-07". The point is always the decimal mark. A double is
+// written with at most 15 significant digits ("-3960" for
+// -3960.0000000000005, "0.333333333333333" for 1/3), so it reads back to
+// within half a unit of its 15th digit; a float always reads back exactly.
 std::string NumberText(double value);
 std::string NumberText(float value);
 
