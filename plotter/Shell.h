@@ -4,6 +4,8 @@
 #pragma once
 #include <string>
 
+#include "alarms/AlarmForm.h"
+#include "logbook/LogEntry.h"
 #include "navobjects/NavHost.h"
 
 namespace ombra {
@@ -52,6 +54,21 @@ public:
     // The chart's palette changed (0 day, 1 twilight, 2 night): the
     // windows around it follow.
     virtual void PaletteChanged(int /*mode*/) {}
+
+    // The alarm windows. ShowAlarm shows (or shows again) one window with its
+    // caption and message, sounding the bell when `beep` is set; it is called
+    // at every alert, so an unanswered alarm sounds at each position update.
+    // A windowed shell returns "" and the answer reaches the alarms module
+    // when a button is pressed; a shell that answers at once (a scripted
+    // replay) returns the caption of the button it presses. HideAlarm takes
+    // the window down.
+    virtual std::string ShowAlarm(AlarmForm, const std::string& /*caption*/,
+                                  const std::string& /*text*/, bool /*beep*/) {
+        return {};
+    }
+    virtual void HideAlarm(AlarmForm) {}
+    // An entry was added to the day's log (after any rollover to a new day).
+    virtual void LogEntryAdded(LogEntryKind, const LogEntry&) {}
 };
 
 }  // namespace ombra
