@@ -141,8 +141,9 @@ void PlotterHooks::AddTrackPoint(const VesselSnapshot& vessel) {
     p_.nav_.tracks.AddTrackPoint(vessel.Pos, vessel.COG);
     p_.nav_.tracks.SaveIfDue();
 }
-// Not present yet: the log module writes these events.
-void PlotterHooks::LogEvent(LogCode, const std::string&) {}
+void PlotterHooks::LogEvent(LogCode code, const std::string& text) {
+    p_.AddLogEntry(LogEntryKind(code), text);
+}
 // Not present yet: the log module's automatic entries.
 void PlotterHooks::AutoLog(const VesselSnapshot&) {}
 // Not present yet: the targets module (AIS and ARPA) refreshes against the vessel.
@@ -260,6 +261,9 @@ bool Plotter::ApplyVesselDialog(const VesselDialogValues& values) {
     return ombra::ApplyVesselDialog(instruments_.vessel, registry_, units_, hooks_, services_.dialogs,
                                     globals_.ProductName, values);
 }
+
+// Not present yet: the logbook module keeps the day's log.
+void Plotter::AddLogEntry(LogEntryKind, const std::string&) {}
 
 void Plotter::SetChartCursor(bool onPlan, const LatLong& pos) {
     cursorOnChart_ = onPlan;

@@ -36,6 +36,7 @@
 #include "plotter/CommGpsLink.h"
 #include "plotter/DisplayChart.h"
 #include "plotter/PortTable.h"
+#include "logbook/LogEntry.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
 
@@ -220,6 +221,9 @@ public:
     int16_t PaletteMode() const { return paletteMode_; }
     // Asks the chart view for a redraw at the window's next turn.
     void RequestChartRedraw() { services_.shell.ChartRedrawRequested(); }
+    // Adds an entry of the given kind to the day's log. `text` is the
+    // identifier that stands in front of a file position update's narrative.
+    void AddLogEntry(LogEntryKind kind, const std::string& text = {});
 
     // TickSteps
     TickFlags Flags() override;
