@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <random>
 
+#include "bench/charts/BenchInstaller.h"
 #include "core/Paths.h"
 #include "platform/chartlib/ImageCanvas.h"
 #include "tests/support/ChartRig.h"
@@ -50,13 +51,8 @@ struct BigChart {
         meta.Title = "BENCH";
         meta.Plans.resize(1);
         meta.Plans[0].Scale = "50000";
-        ScriptedDialogs d;
-        std::string product = "Tarnel";
-        ErrorReporter errors(d, product);
-        chartlib::OmbraChartLibrary lib;
-        ChartCat cat(d, errors, product);
-        ChartInstaller inst(lib, cat);
-        inst.InstallImage(root, img, meta, "20240601");
+        bench::BenchInstaller b;
+        b.inst.InstallImage(root, img, meta, "20240601");
     }
 };
 

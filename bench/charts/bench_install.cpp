@@ -11,10 +11,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "charts/ChartInstall.h"
-#include "core/ErrorReport.h"
-#include "platform/chartlib/OmbraChartLibrary.h"
-#include "platform/fake/ScriptedDialogs.h"
+#include "bench/charts/BenchInstaller.h"
 #include "tests/platform/chartlib/KapWriter.h"
 
 namespace ombra {
@@ -78,13 +75,8 @@ bool RunGdal() {
 bool RunInstall() {
     const Sheet& s = TheSheet();
     std::string root = (s.dir / "root").string();
-    ScriptedDialogs d;
-    std::string product = "Tarnel";
-    ErrorReporter errors(d, product);
-    chartlib::OmbraChartLibrary lib;
-    ChartCat cat(d, errors, product);
-    ChartInstaller inst(lib, cat);
-    return inst.InstallKap(root, s.kap.string(), "20240601", {}).Ok;
+    bench::BenchInstaller b;
+    return b.inst.InstallKap(root, s.kap.string(), "20240601", {}).Ok;
 }
 
 void BM_GdalTranslateDecode_4000x3000(benchmark::State& state) {
