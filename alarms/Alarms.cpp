@@ -360,6 +360,7 @@ void Alarms::DrawManOverboard(Canvas& c, NavChart& chart, const SymbolStrips& sy
         c.SetTextColour(kAlarmRed);
         c.SetFont({"DejaVu Sans", 9, true});
         c.Text({s.x + kSymbolSize - kSymbolCentre + 2, s.y - kSymbolCentre}, "MOB");
+        c.SetFont(Font{});  // the layers after this one start from the plain font
     }
 }
 

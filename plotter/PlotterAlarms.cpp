@@ -31,7 +31,7 @@ std::string PlotterAlarmHost::ShowAlarm(AlarmForm form, const std::string& capti
 }
 void PlotterAlarmHost::HideAlarm(AlarmForm form) { p_.services_.shell.HideAlarm(form); }
 bool PlotterAlarmHost::Confirm(const std::string& text) {
-    return p_.services_.dialogs.MsgBox(text, mb::YesNo | mb::Question, p_.globals_.ProductName) == mb::Yes;
+    return p_.services_.dialogs.MsgBox(text, mb::YesNo | mb::Question | mb::DefaultButton2, p_.globals_.ProductName) == mb::Yes;
 }
 void PlotterAlarmHost::AddLogEntry(LogEntryKind kind) { p_.AddLogEntry(kind); }
 void PlotterAlarmHost::Redraw() { p_.RequestChartRedraw(); }
