@@ -5,18 +5,10 @@
 // alarm's flags: every alarm comes from the vessel cycle.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <map>
 
 #include "core/Val.h"
-#include "platform/chartlib/OmbraChartLibrary.h"
-#include "platform/comms/ScriptedComms.h"
-#include "platform/fake/ManualClock.h"
-#include "platform/fake/MemorySettings.h"
-#include "platform/fake/ScriptedDialogs.h"
-#include "plotter/Plotter.h"
 #include "tests/alarms/FixFeed.h"
-#include "tests/support/TestSupport.h"
 
 using namespace ombra;
 using test::P;
@@ -34,7 +26,12 @@ struct AlarmShell : Shell {
     std::vector<AlarmForm> hidden;
     std::map<AlarmForm, std::string> answers;  // pressed at once when set
     std::map<int, std::string> panels;
+    void SetInfoPanel(int panel, const std::string& text) override { panels[panel] = text; }
+    // Nothing else of a window here.
     bool ShowSplash() override { return false; }
+    int DisplayColours() override { return -1; }
+    std::string ShowDisclaimer(const std::string&, const std::string&) override { return "Accept"; }
+    NavHost* NavWindows() override { return nullptr; }
     void CloseSplash() override {}
     void CreateMainWindow(const std::string&) override {}
     void ApplyWindowState(int) override {}
@@ -43,18 +40,14 @@ struct AlarmShell : Shell {
     void InitRunMenu(bool, bool) override {}
     void LoadCommsForms() override {}
     void ShowMainWindow() override {}
-    int DisplayColours() override { return -1; }
     void ShowColourWarning() override {}
-    std::string ShowDisclaimer(const std::string&, const std::string&) override { return "Accept"; }
     void EnableMainTimer() override {}
     void EndProcess() override {}
-    void SetInfoPanel(int panel, const std::string& text) override { panels[panel] = text; }
     void ChartRedrawRequested() override {}
     void ChartPainted() override {}
     void ChartWarningsChanged() override {}
     void ChartStatusChanged() override {}
     void ChartErrorsChanged() override {}
-    NavHost* NavWindows() override { return nullptr; }
     std::string ShowAlarm(AlarmForm form, const std::string& caption, const std::string& text, bool beep) override {
         shown.push_back({form, caption, text, beep});
         auto a = answers.find(form);
@@ -68,62 +61,12 @@ struct AlarmShell : Shell {
     }
 };
 
-struct Passage {
-    test::TempDir dir;
-    MemorySettings store;
-    ScriptedDialogs dialogs;
-    ManualClock clock;
-    NoEvents events;
+struct WithShell {
     AlarmShell shell;
-    ScriptedComms comms;
-    chartlib::OmbraChartLibrary library;
-    Plotter plotter{{store, dialogs, clock, events, shell, &comms, &library}};
-    int second = 0;
-    int16_t route = 0;
-
-    Passage() {
-        Set("AutoStartupGPS", "2");
-        Set("GPSPort", "1");
-        clock.now = DateTime{2026, 11, 23, 10, 0, 0, 0};
-    }
-    void Set(const char* key, const char* value) { store.Write("Vestrane", "Tarnel", key, value); }
-    void Start() { ASSERT_TRUE(plotter.Start("NOSPLASH", dir / "ombra", dir / "home", "")); }
-    // One fix at `p`, then a second of ticks.
-    void At(const LatLong& p, double cog = 0.0, double sog = 6.0) { test::FeedFix(comms, plotter, clock, second++, p, cog, sog); }
-    // A route north along 5°W through the given latitudes (minutes above
-    // 50°N), activated from its first point with the vessel at 50°N.
-    void SailRoute(std::vector<double> points) {
-        At(P(0));
-        ASSERT_TRUE(plotter.VesselActive());
-        NavObjects& nav = plotter.nav();
-        dialogs.texts = {"Passage", "R001"};
-        nav.routes.NewRouteDB();
-        route = nav.routes.NewRoute();
-        ASSERT_NE(route, 0);
-        for (double n : points) nav.routes.AddRoutePoint(route, P(n));
-        nav.routes.EndNewRoute(route);
-        ASSERT_TRUE(nav.activation.ActivateRoute(route, 0));
-    }
-    // A boundary of four marks, `south` to `north` minutes above 50°N and
-    // half a mile either side of 5°W.
-    int16_t Area(const char* name, double south, double north, int16_t onExit) {
-        Boundaries& b = plotter.nav().boundaries;
-        if (!b.IsOpen()) {
-            dialogs.texts = {"Areas"};
-            b.NewBoundaryDB();
-        }
-        dialogs.texts = {name};
-        int16_t slot = b.NewBoundary();
-        for (LatLong m : {P(south, -0.5), P(south, 0.5), P(north, 0.5), P(north, -0.5)}) b.AddBoundaryMark(slot, m);
-        b.EndNewBoundary(slot);
-        b.At(slot)->AlarmOnExit = onExit;
-        return slot;
-    }
-    const ActiveLeg& Leg() { return plotter.instruments().leg; }
-    std::string Row(int i) { return plotter.instruments().console.LabWP[size_t(i)]; }
-    std::string PointName(int16_t point) {
-        return Activation::ShortName(plotter.nav().routes.PointAt(route, point)->Name);
-    }
+};
+struct Passage : WithShell, test::Sailing {
+    Passage() : Sailing(shell) {}
+    void Start() { ASSERT_TRUE(Sailing::Start()); }
 };
 
 const char* kNext = "\nDo you wish to activate the next waypoint in this route.";
@@ -208,17 +151,6 @@ TEST(ArrivalAlarm, AnswersOnARoute) {
         EXPECT_EQ(h.shell.Count(AlarmForm::Arrival), *c.answer ? 1u : 3u);
         EXPECT_EQ(h.plotter.alarms().Window(AlarmForm::Arrival).Visible, *c.answer == 0);
     }
-
-    // Moving back out of range takes the question down unanswered.
-    Passage h;
-    h.Start();
-    h.SailRoute({8, 16});
-    h.At(P(7.8));
-    h.At(P(6.0, 0.0), 180.0);
-    EXPECT_FALSE(h.plotter.alarms().Window(AlarmForm::Arrival).Visible);
-    ASSERT_FALSE(h.shell.hidden.empty());
-    EXPECT_EQ(h.shell.hidden.back(), AlarmForm::Arrival);
-    EXPECT_FALSE(h.plotter.alarms().WaypointAlarmShowing);
 }
 
 // A shell that presses at once (a scripted replay) answers like the button.
@@ -386,16 +318,12 @@ TEST(ManOverboard, SetAtTheVesselAndClearedOnlyWhenConfirmed) {
     EXPECT_EQ(h.shell.Count(AlarmForm::Arrival), 0u);
     EXPECT_EQ(h.Leg().Name, "MOB");
 
-    struct Step { int reply; bool setAfter; } steps[] = {{mb::No, true}, {mb::Yes, false}};
-    for (const Step& s : steps) {
-        h.dialogs.replies = {s.reply};
-        size_t asked = h.dialogs.asked.size();
-        h.plotter.alarms().ManOverboard();
-        ASSERT_EQ(h.dialogs.asked.size(), asked + 1);
-        EXPECT_EQ(h.dialogs.asked.back().text, "Confirm clearing of Man overboard condition");
-        EXPECT_EQ(h.plotter.alarms().MobSet, s.setAfter);
-        EXPECT_EQ(h.Leg().Kind, s.setAfter ? 1 : 0);
-    }
+    // Clearing asks first (the menu's No and Yes are tried in the window tests).
+    h.dialogs.replies = {mb::Yes};
+    h.plotter.alarms().ManOverboard();
+    EXPECT_EQ(h.dialogs.asked.back().text, "Confirm clearing of Man overboard condition");
+    EXPECT_FALSE(h.plotter.alarms().MobSet);
+    EXPECT_EQ(h.Leg().Kind, 0);
 }
 
 // Start-up and a new vessel take every alarm window down.

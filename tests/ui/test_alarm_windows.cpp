@@ -7,10 +7,7 @@
 
 #include <QMenu>
 #include <QToolBar>
-#include <cmath>
 
-#include "platform/comms/ScriptedComms.h"
-#include "platform/fake/ScriptedDialogs.h"
 #include "tests/alarms/FixFeed.h"
 #include "tests/charts/ChartFixture.h"
 #include "tests/ui/UiFixture.h"
@@ -18,7 +15,6 @@
 #include "ui/ChartArea.h"
 #include "ui/FrmAlarm.h"
 #include "ui/FrmMain.h"
-#include "ui/FrmOptions.h"
 
 using namespace ombra;
 using test::P;
@@ -27,27 +23,15 @@ namespace {
 
 // The program's shell and windows over a plotter with a scripted GPS port
 // and scripted questions.
-struct Bridge {
-    test::TempDir dir;
-    MemorySettings store;
+struct WithWindows {
     QtDialogs shellDialogs{true};
-    ScriptedDialogs dialogs;
-    ManualClock clock;
-    NoEvents events;
-    ScriptedComms comms;
     QtShell shell{shellDialogs, true};
-    Plotter plotter{{store, dialogs, clock, events, shell, &comms}};
-    int second = 0;
-    Bridge() {
-        test::App();
-        shell.SetPlotter(&plotter);
-        store.Write("Vestrane", "Tarnel", "AutoStartupGPS", "2");
-        store.Write("Vestrane", "Tarnel", "GPSPort", "1");
-        clock.now = DateTime{2026, 11, 23, 10, 0, 0, 0};
-    }
-    bool Start() { return plotter.Start("NOSPLASH", dir / "ombra", dir / "home", dir / "none"); }
+    WithWindows() { test::App(); }
+};
+struct Bridge : WithWindows, test::Sailing {
+    Bridge() : Sailing(shell) { shell.SetPlotter(&plotter); }
     void At(const LatLong& p) {
-        test::FeedFix(comms, plotter, clock, second++, p, 0.0, 5.0);
+        Sailing::At(p);
         QApplication::processEvents();
     }
     FrmAlarm* Window(AlarmForm form) { return shell.Alarms()->Window(form); }
@@ -70,25 +54,13 @@ TEST(AlarmWindows, EachAlarmIsAModelessWindowOnTopAndItsButtonIsTheAnswer) {
     } cases[] = {
         {AlarmForm::Arrival, "FrmAlarmWP", "Waypoint Arrival", "No",
          [](Bridge& b) {
-             ActiveLeg leg;
-             leg.Name = "Buoy";
-             leg.Kind = 1;
-             leg.To = P(2);
-             leg.AlarmRange = 0.5f;
-             leg.Armed = -1;
-             b.plotter.nav().activation.SetActiveLeg(leg);
+             b.Steer("Buoy", 2, 0.5f);
              b.At(P(1.7));
          },
          [](Bridge& b) { return b.plotter.instruments().leg.Armed == 0 && b.plotter.instruments().leg.Kind == 1; }},
         {AlarmForm::CrossTrack, "FrmAlarmXTE", "XTE Alarm", "OK",
          [](Bridge& b) {
-             ActiveLeg leg;
-             leg.Name = "Far";
-             leg.Kind = 1;
-             leg.To = P(30);
-             leg.From = P(0);
-             leg.Armed = -1;
-             b.plotter.nav().activation.SetActiveLeg(leg);
+             b.Steer("Far", 30, 0.5f);
              b.At(P(1, 0.6));
          },
          [](Bridge& b) { return !b.plotter.alarms().XTEAlarmShowing && b.plotter.alarms().XTEAlarmTripped; }},
@@ -101,12 +73,7 @@ TEST(AlarmWindows, EachAlarmIsAModelessWindowOnTopAndItsButtonIsTheAnswer) {
          [](Bridge& b) { return !b.plotter.alarms().AnchorShowing && b.plotter.alarms().AnchorTripped; }},
         {AlarmForm::Boundary, "FrmAlarmBoundary", "Vessel Entry", "OK",
          [](Bridge& b) {
-             Boundaries& bd = b.plotter.nav().boundaries;
-             b.dialogs.texts = {"Areas", "Range"};
-             bd.NewBoundaryDB();
-             int16_t s = bd.NewBoundary();
-             for (LatLong m : {P(1, -1), P(1, 1), P(3, 1), P(3, -1)}) bd.AddBoundaryMark(s, m);
-             bd.EndNewBoundary(s);
+             b.Area("Range", 1, 3, 0);
              b.At(P(2));
          },
          [](Bridge& b) { return b.plotter.nav().boundaries.At(1)->VesselEntryLatch != 0; }},
@@ -201,18 +168,6 @@ TEST(AlarmWindows, ManOverboardFromTheMenuKeyAndToolbar) {
         EXPECT_EQ(b.plotter.alarms().MobSet, s.setAfter);
         EXPECT_EQ(b.plotter.instruments().leg.Name, s.setAfter ? "MOB" : "");
     }
-}
-
-TEST(AlarmWindows, SilentAlarmsIsAProgramOption) {
-    Bridge b;
-    ASSERT_TRUE(b.Start());
-    OptionsValues v = LoadOptions(b.plotter.registry(), b.plotter.units());
-    FrmOptions dlg(nullptr, v);
-    EXPECT_FALSE(dlg.ChkSilentAlarms->isChecked());
-    dlg.ChkSilentAlarms->setChecked(true);
-    b.plotter.ApplyOptions(dlg.Values());
-    EXPECT_EQ((b.store.values[{"Vestrane", "Tarnel", "AlarmSilent"}]), "True");
-    EXPECT_TRUE(b.plotter.alarms().Settings.Silent);
 }
 
 // The anchor circle and the man-overboard mark are layers of the chart.
