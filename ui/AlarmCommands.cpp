@@ -29,6 +29,8 @@ void AlarmCommands::Bind() {
         QAction* button = navToolbar_->addAction("MOB");
         button->setObjectName("ToolManOverboard");
         button->setToolTip("Man Overboard (Ctrl+M)");
+        if (QWidget* w = navToolbar_->widgetForAction(button))
+            w->setStyleSheet("QToolButton { color: white; background: #c00000; font-weight: bold; padding: 2px 10px; }");
         QObject::connect(button, &QAction::triggered, navToolbar_, [this] { plotter_.alarms().ManOverboard(); });
     }
     main_.Bind("MNavToolbar", [this] { navToolbar_->setVisible(!navToolbar_->isVisible()); });

@@ -28,7 +28,7 @@ FrmAlarm::FrmAlarm(QWidget* owner, AlarmForm form) : QDialog(owner), form_(form)
     LabMsg = new QLabel(this);
     LabMsg->setObjectName("LabMsg");
     LabMsg->setWordWrap(true);
-    LabMsg->setMinimumWidth(320);
+    LabMsg->setMinimumWidth(420);
     QFont f = LabMsg->font();
     f.setBold(true);
     f.setPointSize(f.pointSize() + 2);
