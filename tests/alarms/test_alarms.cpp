@@ -209,6 +209,24 @@ TEST(XteAlarm, ReArmsOnlyAfterComingBackWithinRange) {
     }
 }
 
+// Program Options write the switches; the alarms follow at once.
+TEST(XteAlarm, ProgramOptionsTakeEffectAtOnce) {
+    Passage h;
+    h.Start();
+    h.SailRoute({20});
+    OptionsValues v = LoadOptions(h.plotter.registry(), h.plotter.units());
+    v.XTE = false;
+    v.SilentAlarms = true;
+    h.plotter.ApplyOptions(v);
+    h.At(P(4, 0.5));
+    EXPECT_EQ(h.shell.Count(AlarmForm::CrossTrack), 0u);
+    v.XTE = true;
+    h.plotter.ApplyOptions(v);
+    h.At(P(4.2, 0.5));
+    ASSERT_EQ(h.shell.Count(AlarmForm::CrossTrack), 1u);
+    EXPECT_FALSE(h.shell.shown.back().beep);
+}
+
 TEST(AnchorAlarm, DragAndReturn) {
     for (bool silent : {false, true}) {
         SCOPED_TRACE(silent);
