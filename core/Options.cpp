@@ -61,6 +61,7 @@ OptionsValues LoadOptions(const Registry& reg, const Units& units) {
     v.XTE = reg.IsTrue(Key::XTEAlarmStatus);
     v.XTEAlarmRangeText = RangeTextForUnit(reg.GetSetting(Key::XTEAlarmRange), units.DistanceUnit);
     v.PredictorTriggers = reg.IsTrue(Key::PredictorAlarmStatus);
+    v.SilentAlarms = reg.IsTrue(Key::AlarmSilent);
     v.AutoscrollText = reg.GetSetting(Key::AutoscrollTime);
     double g = reg.GetNumber(Key::AutoStartupGPS);
     v.GPSStartOpt = (g >= 0 && g <= 2) ? int16_t(g) : 0;
@@ -83,6 +84,7 @@ void SaveOptions(Registry& reg, Units& units, const OptionsValues& v) {
     reg.SaveSetting(Key::XTEAlarmStatus, BoolText(v.XTE));
     reg.SaveSetting(Key::XTEAlarmRange, StoredRangeFromText(v.XTEAlarmRangeText, v.DistanceUnit));
     reg.SaveSetting(Key::PredictorAlarmStatus, BoolText(v.PredictorTriggers));
+    reg.SaveSetting(Key::AlarmSilent, BoolText(v.SilentAlarms));
     // Course-distance choices.
     for (int i = 0; i < 4; ++i) reg.SaveSetting(kCoDist[i], BoolText(v.GreatCircle[i]));
     // Start-up.

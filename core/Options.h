@@ -54,6 +54,7 @@ struct OptionsValues {
     bool XTE = true;
     std::string XTEAlarmRangeText;  // in the dialog's distance unit
     bool PredictorTriggers = false;
+    bool SilentAlarms = false;      // alarm windows without the bell (night passages)
     std::string AutoscrollText;     // minutes
     int16_t GPSStartOpt = 0;        // 0 prompt, 1 do not start, 2 start
     bool AutoChart = false;

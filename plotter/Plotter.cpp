@@ -2,6 +2,7 @@
 
 #include "core/Paths.h"
 #include "core/Val.h"
+#include "navmath/RLGC.h"
 #include "navobjects/CommonDB.h"
 #include "plotter/AisBridge.h"
 #include "platform/chartlib/OmbraChartLibrary.h"
@@ -32,8 +33,11 @@ Plotter::Plotter(PlotterServices s)
       displayChart_(charts_.View, charts_.Legs, chartLibrary_, charts_.State, &charts_.Charts),
       navCtx_{registry_, s.dialogs, errors_, units_, s.clock, s.events, displayChart_, navHost_, globals_},
       nav_(navCtx_, instruments_.leg),
-      gpsLink_(instruments_.comm) {
+      gpsLink_(instruments_.comm),
+      alarmHost_(*this),
+      alarms_(registry_, units_, errors_, instruments_.leg, alarmHost_) {
     RegisterNavLayers(charts_.View, nav_);
+    RegisterAlarmLayers();
 }
 
 // ---- The chart module's window side ------------------------------------------
@@ -143,6 +147,8 @@ void PlotterHooks::AddTrackPoint(const VesselSnapshot& vessel) {
 }
 void PlotterHooks::LogEvent(LogCode code, const std::string& text) {
     p_.AddLogEntry(LogEntryKind(code), text);
+    // A new vessel in the position file: the old one's alarms go down.
+    if (code == LogCode::NewFileVessel) p_.alarms_.ClearAlarmForms();
 }
 // Not present yet: the log module's automatic entries.
 void PlotterHooks::AutoLog(const VesselSnapshot&) {}
@@ -153,17 +159,20 @@ void PlotterHooks::TrackCheck(const VesselSnapshot& vessel) {
     p_.RequestChartRedraw();
     p_.nav_.tracks.SaveIfDue();
 }
-// Not present yet: the alarms module's man-overboard read-out.
-void PlotterHooks::ManOverboardReadout(const VesselSnapshot&) {}
+void PlotterHooks::ManOverboardReadout(const VesselSnapshot& vessel) { p_.alarms_.ManOverboardReadout(vessel.Pos); }
 void PlotterHooks::RedrawVessel(const VesselSnapshot&) { p_.RequestChartRedraw(); }
-// Not present yet: the alarms module checks the boundaries.
-void PlotterHooks::CheckBoundaries(const VesselSnapshot&) {}
-// Not present yet: the alarms module's anchor watch.
-void PlotterHooks::CheckAnchorAlarm(const VesselSnapshot&) {}
-// Not present yet: the alarms module's arrival alarm.
-void PlotterHooks::CheckArrivalAlarm(const VesselSnapshot&) {}
-// Not present yet: the alarms module's cross-track alarm.
-void PlotterHooks::CheckXTEAlarm(const VesselSnapshot&) {}
+// The boundaries are watched at the vessel and, with the predictor shown,
+// at the far end of its line: COG for PredictorTime minutes at SOG.
+void PlotterHooks::CheckBoundaries(const VesselSnapshot& vessel) {
+    const Vessel& v = p_.instruments_.vessel.vessel;
+    PredictorLine predictor;
+    predictor.InUse = vessel.Predictor;
+    predictor.End = DeadReckon(vessel.Pos, vessel.COG, vessel.SOG * double(v.PredictorTime) / 60.0);
+    p_.alarms_.CheckBoundaries(vessel.Pos, predictor);
+}
+void PlotterHooks::CheckAnchorAlarm(const VesselSnapshot& vessel) { p_.alarms_.CheckAnchorAlarm(vessel.Pos); }
+void PlotterHooks::CheckArrivalAlarm(const VesselSnapshot&) { p_.alarms_.CheckArrivalAlarm(); }
+void PlotterHooks::CheckXTEAlarm(const VesselSnapshot&) { p_.alarms_.CheckXTEAlarm(); }
 // Not present yet: the chart view draws no autoscroll marker.
 void PlotterHooks::RefreshAutoscrollMarker(const VesselSnapshot&) {}
 // Not present yet: the log module keeps the running record.
@@ -252,14 +261,19 @@ void Plotter::ApplyOptions(const OptionsValues& values) {
         SaveOptions(registry_, units_, values);
         display_ = LoadDisplayOptions(registry_);
         instruments_.vessel.AutoscrollTime = float(registry_.GetNumber(Key::AutoscrollTime));
+        alarms_.SettingsChanged();
     });
 }
 
 void Plotter::CentreOnVessel() { chartOps_.CentreOnVessel(instruments_.vessel.vessel.Pos); }
 
 bool Plotter::ApplyVesselDialog(const VesselDialogValues& values) {
-    return ombra::ApplyVesselDialog(instruments_.vessel, registry_, units_, hooks_, services_.dialogs,
-                                    globals_.ProductName, values);
+    const std::string before = instruments_.vessel.vessel.Name;
+    bool ok = ombra::ApplyVesselDialog(instruments_.vessel, registry_, units_, hooks_, services_.dialogs,
+                                       globals_.ProductName, values);
+    // Another vessel: the alarms of the one before go down.
+    if (ok && instruments_.vessel.vessel.Name != before) alarms_.ClearAlarmForms();
+    return ok;
 }
 
 // Not present yet: the logbook module keeps the day's log.
@@ -363,7 +377,10 @@ void Plotter::ApplyPaletteMode(int16_t mode) {
 }
 void Plotter::ReadLastFileDataStamp() { instruments_.vessel.ReadLastFileDataStamp(); }
 void Plotter::ReadBoatOutline(const std::string& path) { chartLibrary_.ReadBoatOutline(path); }
-void Plotter::InitialiseData() {}
+void Plotter::InitialiseData() {
+    alarms_.LoadSettings();
+    alarms_.ClearAlarmForms();
+}
 void Plotter::InitialiseControls() {}
 void Plotter::CreateMainWindow(const std::string& caption) { services_.shell.CreateMainWindow(caption); }
 void Plotter::ApplyWindowState(int state) { services_.shell.ApplyWindowState(state); }

@@ -36,6 +36,8 @@
 #include "plotter/CommGpsLink.h"
 #include "plotter/DisplayChart.h"
 #include "plotter/PortTable.h"
+#include "alarms/AlarmHost.h"
+#include "alarms/Alarms.h"
 #include "logbook/LogEntry.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
@@ -174,6 +176,39 @@ private:
     Plotter& p_;
 };
 
+// What the alarms ask: the vessel and the console from the instruments,
+// the activation and the boundaries from the navigation objects, the
+// windows from the shell, the man-overboard entries from the log.
+class PlotterAlarmHost : public AlarmHost {
+public:
+    explicit PlotterAlarmHost(Plotter& p) : p_(p) {}
+    bool VesselActive() override;
+    LatLong VesselPos() override;
+    std::string WaypointRow(int index) override;
+    bool AutopilotAdvance() override;
+    void AutopilotOff() override;
+    bool NextPointExists() override;
+    void NextRoutePoint() override;
+    void DeactivateWaypoint(bool noRedraw) override;
+    void DeactivateRoute(bool noRedraw) override;
+    void DeactivateAll(bool noRedraw) override;
+    void SetActiveLeg(const ActiveLeg& leg) override;
+    std::vector<Boundary>* BoundarySlots() override;
+    int16_t EditingBoundary() override;
+    void AcknowledgeBoundaryAlarm(const std::string& number, const std::string& caption) override;
+    std::string ShowAlarm(AlarmForm form, const std::string& caption, const std::string& text, bool beep) override;
+    void HideAlarm(AlarmForm form) override;
+    bool Confirm(const std::string& text) override;
+    void AddLogEntry(LogEntryKind kind) override;
+    void Redraw() override;
+    void ShowManOverboardReadout(const std::string& text) override;
+    void BeginRadiusTool() override;
+    void EndRadiusTool() override;
+
+private:
+    Plotter& p_;
+};
+
 class Plotter : public TickSteps, public StartupSteps {
 public:
     explicit Plotter(PlotterServices services);
@@ -208,6 +243,9 @@ public:
     // the GPS port as the waypoint and route export uses it.
     NavHost& navHost() { return navHost_; }
     GpsLink& gpsLink() { return gpsLink_; }
+    // The alarms: their windows' buttons (Press), the anchor commands of
+    // the chart pop-up and man overboard.
+    Alarms& alarms() { return alarms_; }
 
     // ---- Commands of the windows that reach across modules ---------------
     // The chart centred on the vessel (Vessel > Centre on Vessel).
@@ -282,11 +320,14 @@ public:
 
 private:
     void ReopenStore(NavStore& store, Key key);
+    // The anchor circle and the man-overboard mark in the chart's layers.
+    void RegisterAlarmLayers();
     friend class PlotterHooks;
     friend class PlotterChartOps;
     friend class PlotterVesselSource;
     friend class PlotterChartHost;
     friend class PlotterNavHost;
+    friend class PlotterAlarmHost;
 
     PlotterServices services_;
     Globals globals_;
@@ -316,6 +357,8 @@ private:
     NavContext navCtx_;
     NavObjects nav_;
     CommGpsLink gpsLink_;
+    PlotterAlarmHost alarmHost_;
+    Alarms alarms_;
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus_ = 0;

@@ -135,7 +135,9 @@ void FrmOptions::BuildAlarmsTab(QTabWidget* tabs) {
     al->addWidget(TxtXTEAlarmRange, 1, 1);
     al->addWidget(LabXTEAlarmRangeUnits, 1, 2);
     al->addWidget(ChkPredictorTriggers, 2, 0, 1, 3);
-    al->setRowStretch(3, 1);
+    ChkSilentAlarms = NamedCheck(alarms, nullptr, "ChkSilentAlarms", "Silent alarms: windows without the bell (night passages)");
+    al->addWidget(ChkSilentAlarms, 3, 0, 1, 3);
+    al->setRowStretch(4, 1);
     tabs->addTab(alarms, "Alarms");
 }
 
@@ -194,6 +196,7 @@ void FrmOptions::Fill(const OptionsValues& v) {
     ChKXTE->setChecked(v.XTE);
     TxtXTEAlarmRange->setText(Q(v.XTEAlarmRangeText));
     ChkPredictorTriggers->setChecked(v.PredictorTriggers);
+    ChkSilentAlarms->setChecked(v.SilentAlarms);
     TxtAutoscroll->setText(Q(v.AutoscrollText));
     ComboGPSStartOpt->setCurrentIndex(v.GPSStartOpt);
     ChkAutoChart->setChecked(v.AutoChart);
@@ -238,6 +241,7 @@ OptionsValues FrmOptions::Values() const {
     v.XTE = ChKXTE->isChecked();
     v.XTEAlarmRangeText = S(TxtXTEAlarmRange->text());
     v.PredictorTriggers = ChkPredictorTriggers->isChecked();
+    v.SilentAlarms = ChkSilentAlarms->isChecked();
     v.AutoscrollText = S(TxtAutoscroll->text());
     v.GPSStartOpt = int16_t(ComboGPSStartOpt->currentIndex());
     v.AutoChart = ChkAutoChart->isChecked();

@@ -27,7 +27,7 @@ public:
     QButtonGroup *OptVesselCursor, *OptVesselWaypoint, *OptRBL, *OptRoutesDefault;
     QCheckBox *ChkShowZoomRect, *ChkActiveCoordDisplay;
     QComboBox *ComboDefWaypointLabel, *ComboDefRouteLabel, *ComboDefBoundaryLabel;
-    QCheckBox *ChkWaypointArrival, *ChKXTE, *ChkPredictorTriggers;
+    QCheckBox *ChkWaypointArrival, *ChKXTE, *ChkPredictorTriggers, *ChkSilentAlarms;
     QLineEdit *TxtWPAlarmRange, *TxtXTEAlarmRange, *TxtAutoscroll;
     QLabel *LabWPAlarmRangeUnits, *LabXTEAlarmRangeUnits;
     QComboBox* ComboGPSStartOpt;

@@ -43,7 +43,8 @@ std::vector<MenuEntry> Build() {
                      {"mnuDDE", "&DDE",
                       {{"mnuDDEOnline", "&Online", {}},
                        {"mnuDDEFind", "Find Target...", {}},
-                       {"mnuDDEOptions", "Options...", {}}}}}});
+                       {"mnuDDEOptions", "Options...", {}}}},
+                     {"MManOverboard", "Man &Overboard", {}, true}}});
     tree.push_back({"MView", "&View",
                     {{"MChartDetails", "Chart &Details", {}},
                      {"MHiRes", "&Hi Res Chart", {}},

@@ -101,8 +101,13 @@ bool NavObjectCommands::ChartClick(ChartPoint screen, int button, bool doubleCli
         QMenu menu(&main_);
         std::vector<PopupEntry> entries = nav_.tools.Popup(hit);
         for (const PopupEntry& e : entries) menu.addAction(Q(e.Caption))->setData(Q(e.Command));
+        if (ExtendPopup) {
+            menu.addSeparator();
+            ExtendPopup(menu);
+        }
         QAction* chosen = menu.exec(QCursor::pos());
-        if (chosen) nav_.tools.RunPopup(hit, S(chosen->data().toString()));
+        // Added entries carry no command of the tools: they run their own.
+        if (chosen && chosen->data().isValid()) nav_.tools.RunPopup(hit, S(chosen->data().toString()));
         return true;
     }
     return doubleClick ? nav_.tools.DoubleClick(screen) : nav_.tools.Click(screen);

@@ -14,9 +14,12 @@
 //   chartArea->OnClick = [&](ChartPoint s, bool, const LatLong&, int b, bool dbl) { return nav.ChartClick(s, b, dbl); };
 #pragma once
 #include <QPointer>
+#include <functional>
 #include <string>
 
 #include "navobjects/NavHost.h"
+
+class QMenu;
 
 namespace ombra {
 
@@ -45,6 +48,8 @@ public:
     bool ChartClick(ChartPoint screen, int button, bool doubleClick);
     void ChartMove(ChartPoint screen);
     bool DragAllowed() const;
+    // Entries other modules add at the end of the chart pop-up (the anchor).
+    std::function<void(QMenu&)> ExtendPopup;
 
     // The three list windows.
     void ViewWaypoints();

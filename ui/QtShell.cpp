@@ -13,6 +13,7 @@
 #include "ui/ChartCommands.h"
 #include "ui/ChartArea.h"
 #include "ui/NavObjectCommands.h"
+#include "ui/AlarmCommands.h"
 #include "ui/WindowPalette.h"
 
 namespace ombra {
@@ -21,6 +22,7 @@ QtShell::QtShell(QtDialogs& dialogs, bool unattended) : dialogs_(dialogs), unatt
 
 QtShell::~QtShell() {
     // The commands hold the window; they go first.
+    alarms_.reset();
     nav_.reset();
     instruments_.reset();
     charts_.reset();
@@ -42,6 +44,7 @@ void QtShell::CloseSplash() {
 }
 
 void QtShell::CreateMainWindow(const std::string& caption) {
+    alarms_.reset();
     nav_.reset();
     instruments_.reset();
     charts_.reset();
@@ -52,14 +55,18 @@ void QtShell::CreateMainWindow(const std::string& caption) {
     nav_ = std::make_unique<NavObjectCommands>(*main_, plotter_->nav(), plotter_->navHost(), plotter_->registry(),
                                                plotter_->services().dialogs, plotter_->services().clock,
                                                plotter_->services().events, &plotter_->gpsLink());
+    alarms_ = std::make_unique<AlarmCommands>(*main_, *plotter_);
+    nav_->ExtendPopup = [this](QMenu& popup) { alarms_->AddAnchorEntries(popup); };
     // The chart's mouse goes to the tools first; the cursor read-out follows it too.
     if (ChartArea* area = charts_->Area()) {
         auto readout = area->OnMouseMove;
         area->OnMouseMove = [this, readout](ChartPoint s, bool onPlan, const LatLong& pos) {
             if (readout) readout(s, onPlan, pos);
             nav_->ChartMove(s);
+            alarms_->ChartMove(onPlan, pos);
         };
-        area->OnClick = [this](ChartPoint s, bool, const LatLong&, int button, bool dbl) {
+        area->OnClick = [this](ChartPoint s, bool onPlan, const LatLong& pos, int button, bool dbl) {
+            if (alarms_->ChartClick(onPlan, pos, button)) return true;
             return nav_->ChartClick(s, button, dbl);
         };
         area->DragAllowed = [this] { return nav_->DragAllowed(); };
@@ -82,6 +89,7 @@ void QtShell::BuildMenus() {
     if (instruments_) instruments_->Bind();
     if (charts_) charts_->Bind();
     if (nav_) nav_->Bind();
+    if (alarms_) alarms_->Bind();
     main_->Bind("MDeviation", [this] {
         FrmDeviation card(main_.get(), plotter_->deviation());
         card.exec();
@@ -183,6 +191,13 @@ void QtShell::ChartErrorsChanged() {
     if (charts_) charts_->ChartErrorsChanged();
 }
 NavHost* QtShell::NavWindows() { return nav_.get(); }
+std::string QtShell::ShowAlarm(AlarmForm form, const std::string& caption, const std::string& text, bool beep) {
+    if (alarms_) alarms_->Show(form, caption, text, beep);
+    return "";
+}
+void QtShell::HideAlarm(AlarmForm form) {
+    if (alarms_) alarms_->Hide(form);
+}
 void QtShell::PaletteChanged(int mode) { ApplyWindowPalette(mode); }
 
 void QtShell::SetBusyCursor(bool busy) {

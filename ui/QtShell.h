@@ -14,6 +14,7 @@ class FrmMain;
 class InstrumentCommands;
 class ChartCommands;
 class NavObjectCommands;
+class AlarmCommands;
 class FrmSplash;
 class Plotter;
 class QtDialogs;
@@ -54,6 +55,9 @@ public:
     void ChartStatusChanged() override;
     void ChartErrorsChanged() override;
     NavHost* NavWindows() override;
+    std::string ShowAlarm(AlarmForm form, const std::string& caption, const std::string& text, bool beep) override;
+    void HideAlarm(AlarmForm form) override;
+    AlarmCommands* Alarms() const { return alarms_.get(); }
 
     // The Options command: end any tool, fill the dialog, run it, save.
     void RunOptions();
@@ -67,6 +71,7 @@ private:
     std::unique_ptr<InstrumentCommands> instruments_;
     std::unique_ptr<ChartCommands> charts_;
     std::unique_ptr<NavObjectCommands> nav_;
+    std::unique_ptr<AlarmCommands> alarms_;
     bool busyCursor_ = false;
     int windowState_ = 2;
     bool hasRect_ = false;

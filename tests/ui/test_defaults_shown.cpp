@@ -99,7 +99,7 @@ TEST(FirstRunDefaults, TheOptionsDialogShowsTheFactorySettingsOnEveryTab) {
         // Alarms: ranges in nautical miles, as the unit above says.
         {"ChkWaypointArrival", "[x]"}, {"TxtWPAlarmRange", "0.50"}, {"LabWPAlarmRangeUnits", "NM"},
         {"ChKXTE", "[x]"}, {"TxtXTEAlarmRange", "0.30"}, {"LabXTEAlarmRangeUnits", "NM"},
-        {"ChkPredictorTriggers", "[ ]"},
+        {"ChkPredictorTriggers", "[ ]"}, {"ChkSilentAlarms", "[ ]"},
         // Rhumb line everywhere.
         {"OptVesselCursor_0", "(o)"}, {"OptVesselCursor_1", "( )"},
         {"OptVesselWaypoint_0", "(o)"}, {"OptVesselWaypoint_1", "( )"},
