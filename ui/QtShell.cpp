@@ -13,6 +13,7 @@
 #include "ui/ChartCommands.h"
 #include "ui/ChartArea.h"
 #include "ui/NavObjectCommands.h"
+#include "ui/LogCommands.h"
 #include "ui/WindowPalette.h"
 
 namespace ombra {
@@ -21,6 +22,7 @@ QtShell::QtShell(QtDialogs& dialogs, bool unattended) : dialogs_(dialogs), unatt
 
 QtShell::~QtShell() {
     // The commands hold the window; they go first.
+    logs_.reset();
     nav_.reset();
     instruments_.reset();
     charts_.reset();
@@ -42,6 +44,7 @@ void QtShell::CloseSplash() {
 }
 
 void QtShell::CreateMainWindow(const std::string& caption) {
+    logs_.reset();
     nav_.reset();
     instruments_.reset();
     charts_.reset();
@@ -52,6 +55,7 @@ void QtShell::CreateMainWindow(const std::string& caption) {
     nav_ = std::make_unique<NavObjectCommands>(*main_, plotter_->nav(), plotter_->navHost(), plotter_->registry(),
                                                plotter_->services().dialogs, plotter_->services().clock,
                                                plotter_->services().events, &plotter_->gpsLink());
+    logs_ = std::make_unique<LogCommands>(*main_, *plotter_);
     // The chart's mouse goes to the tools first; the cursor read-out follows it too.
     if (ChartArea* area = charts_->Area()) {
         auto readout = area->OnMouseMove;
@@ -82,6 +86,7 @@ void QtShell::BuildMenus() {
     if (instruments_) instruments_->Bind();
     if (charts_) charts_->Bind();
     if (nav_) nav_->Bind();
+    if (logs_) logs_->Bind();
     main_->Bind("MDeviation", [this] {
         FrmDeviation card(main_.get(), plotter_->deviation());
         card.exec();
@@ -190,6 +195,20 @@ void QtShell::SetBusyCursor(bool busy) {
     busyCursor_ = busy;
     if (busy) QApplication::setOverrideCursor(Qt::WaitCursor);
     else QApplication::restoreOverrideCursor();
+}
+
+}  // namespace ombra
+
+namespace ombra {
+
+void QtShell::LogEntryAdded(LogEntryKind, const LogEntry&) {
+    if (logs_) logs_->EntryAdded();
+}
+bool QtShell::ShowLogEntry(LogEntry& entry, const DateTime& when) {
+    return logs_ && logs_->ShowLogEntry(entry, when);
+}
+void QtShell::LogChanged() {
+    if (logs_) logs_->LogChanged();
 }
 
 }  // namespace ombra

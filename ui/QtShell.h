@@ -14,6 +14,7 @@ class FrmMain;
 class InstrumentCommands;
 class ChartCommands;
 class NavObjectCommands;
+class LogCommands;
 class FrmSplash;
 class Plotter;
 class QtDialogs;
@@ -54,6 +55,10 @@ public:
     void ChartStatusChanged() override;
     void ChartErrorsChanged() override;
     NavHost* NavWindows() override;
+    void LogEntryAdded(LogEntryKind kind, const LogEntry& entry) override;
+    bool ShowLogEntry(LogEntry& entry, const DateTime& when) override;
+    void LogChanged() override;
+    LogCommands* Logs() const { return logs_.get(); }
 
     // The Options command: end any tool, fill the dialog, run it, save.
     void RunOptions();
@@ -67,6 +72,7 @@ private:
     std::unique_ptr<InstrumentCommands> instruments_;
     std::unique_ptr<ChartCommands> charts_;
     std::unique_ptr<NavObjectCommands> nav_;
+    std::unique_ptr<LogCommands> logs_;
     bool busyCursor_ = false;
     int windowState_ = 2;
     bool hasRect_ = false;
