@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
 
 #include "core/Format.h"
 #include "core/Val.h"
@@ -35,9 +37,14 @@ QTableWidget* Grid(QWidget* parent, const char* name, const int (&starts)[N], co
     g->horizontalHeader()->setObjectName(QString(name) + "Header");
     g->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
     g->horizontalHeader()->setMinimumSectionSize(16);
+    // The columns keep their proportions and grow with the font, so a time
+    // "00:00:00" always fits the 60 pixels the log's first column was made for.
+    const double scale = std::max(1.0, (g->fontMetrics().horizontalAdvance("00:00:00") + 12) / 60.0);
     for (size_t i = 0; i < N; ++i)
-        g->setColumnWidth(int(i), i + 1 < N ? starts[i + 1] - starts[i] : lastWidth);
+        g->setColumnWidth(int(i), int(std::lround((i + 1 < N ? starts[i + 1] - starts[i] : lastWidth) * scale)));
     g->verticalHeader()->hide();
+    g->setWordWrap(false);
+    g->verticalHeader()->setDefaultSectionSize(g->fontMetrics().height() + 6);
     g->setSelectionBehavior(QAbstractItemView::SelectRows);
     g->setSelectionMode(QAbstractItemView::SingleSelection);
     g->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);

@@ -53,6 +53,8 @@ void LogCommands::ViewLog() {
     log_->activateWindow();
 }
 
+FrmLog* LogCommands::Window() const { return log_.data(); }
+
 bool LogCommands::ShowLogEntry(LogEntry& entry, const DateTime& when) {
     QWidget* owner = log_ ? static_cast<QWidget*>(log_.data()) : &main_;
     return ShowFrmLogEntry(owner, entry, when);

@@ -30,7 +30,8 @@ public:
     bool ShowLogEntry(LogEntry& entry, const DateTime& when);
     void EntryAdded();
     void LogChanged();
-    FrmLog* Window() const { return log_; }
+    // The day's window while it is open.
+    FrmLog* Window() const;
 
 private:
     FrmMain& main_;

@@ -92,13 +92,14 @@ TEST(LogInThePlotter, MidnightRollsTheLogOverBeforeTheFirstEntryOfTheNewDay) {
     logs.Day.Header.AutoInterval = 60;
     while (rig.clock.now.minute == 59 && rig.clock.now.second < 50) rig.Second(true);
     ASSERT_TRUE(rig.plotter.VesselActive());
-    // Silence: the fix is lost some twenty seconds on, after midnight.
+    // Silence: the fix goes some twenty seconds on, after midnight.
     for (int s = 0; s < 30 && rig.shell.entries.size() < 2; ++s) rig.Second(false);
     rig.Second(true);  // and comes back
     ASSERT_EQ(rig.shell.entries.size(), 3u);
     EXPECT_EQ(rig.shell.entries[0], "20261124 2 00:00:00 AutoLog Position.");
-    EXPECT_EQ(rig.shell.entries[1].substr(0, 20), "20261124 3 00:00:1") << rig.shell.entries[1];
-    EXPECT_NE(rig.shell.entries[1].find("Lost GPS signal."), std::string::npos);
+    // The first cycle after the fix runs out finds it poor.
+    EXPECT_EQ(rig.shell.entries[1].substr(0, 17), "20261124 4 00:00:") << rig.shell.entries[1];
+    EXPECT_NE(rig.shell.entries[1].find("Poor GPS signal."), std::string::npos);
     EXPECT_NE(rig.shell.entries[2].find("Regained GPS signal."), std::string::npos);
     // The old day was saved, with nothing of the new one in it.
     const std::string old = test::ReadFile(rig.LogFile("20261123.log"));
@@ -109,7 +110,7 @@ TEST(LogInThePlotter, MidnightRollsTheLogOverBeforeTheFirstEntryOfTheNewDay) {
     const std::string today = test::ReadFile(rig.LogFile("20261124.log"));
     EXPECT_EQ(today.substr(0, 12), "#2026-11-24#");
     EXPECT_NE(today.find("\r\n3,0\r\n"), std::string::npos);
-    EXPECT_NE(today.find("\"50 00.000 N\""), std::string::npos) << today;
+    EXPECT_NE(today.find("\"50° 00.000 ´N\",\"12° 00.000 ´W\""), std::string::npos) << today;
     EXPECT_TRUE(FileExists(rig.LogFile("20261124.trk")));
 }
 
