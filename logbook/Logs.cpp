@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <filesystem>
 
 #include "core/Fault.h"
@@ -202,7 +203,14 @@ void Logs::AutoLogTick() {
 bool Logs::EditEntry(int index) {
     if (index < 0 || size_t(index) >= Day.Entries.size()) return false;
     LogEntry e = Day.Entries[size_t(index)];
-    if (!host_.ShowLogEntry(e, clock_.Now())) return false;
+    // The window names the entry's own day and time.
+    DateTime when = Day.Header.LogDate;
+    int h = 0, m = 0, sec = 0;
+    if (std::sscanf(e.Time.c_str(), "%d:%d:%d", &h, &m, &sec) >= 2 && h >= 0 && h < 24 && m >= 0 && m < 60) {
+        when.hour = h;
+        when.minute = m;
+    }
+    if (!host_.ShowLogEntry(e, when)) return false;
     Day.Entries[size_t(index)] = e;
     return true;
 }

@@ -105,6 +105,11 @@ TEST(LogInThePlotter, MidnightRollsTheLogOverBeforeTheFirstEntryOfTheNewDay) {
     const std::string old = test::ReadFile(rig.LogFile("20261123.log"));
     EXPECT_EQ(test::SplitLines(old).size(), 6u);
     EXPECT_NE(old.find("\r\n1,60\r\n"), std::string::npos);
+    // Both days' tracks are on disk before any exit: the old one saved at
+    // the rollover, the new one within a minute of its first point.
+    EXPECT_TRUE(FileExists(rig.LogFile("20261123.trk")));
+    for (int s = 0; s < 70; ++s) rig.Second(true);
+    EXPECT_GE(test::SplitLines(test::ReadFile(rig.LogFile("20261124.trk"))).size(), 3u);
     // The exit saves today's log and its track beside it.
     rig.plotter.Close(0, 0, 0, 800, 600);
     const std::string today = test::ReadFile(rig.LogFile("20261124.log"));

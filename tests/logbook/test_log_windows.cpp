@@ -99,14 +99,16 @@ TEST(LogWindows, TheLogsMenuTheDaysWindowAndItsEntries) {
     EXPECT_EQ(log->PicLogEntry->item(1, 12)->text(), "Poor GPS signal.");
     // Edit the first, delete the second.
     log->PicLogEntry->selectRow(0);
-    AnswerEntry("Reefed twice", true);
+    w.clock.Advance(3600.0);
+    AnswerEntry("Reefed twice", true, &caption);
     log->ComEditLogEntry->click();
+    EXPECT_EQ(caption, "Log Entry: 23/11/2026 12:00");  // the entry's time, not the clock's
     EXPECT_EQ(log->PicLogEntry->item(0, 12)->text(), "Reefed twice");
 
     // A forecast row takes the time, and its cells are typed in.
     log->ComNewForecast->click();
     ASSERT_EQ(log->PicForecast->rowCount(), 1);
-    EXPECT_EQ(log->PicForecast->item(0, 0)->text(), "12:00");
+    EXPECT_EQ(log->PicForecast->item(0, 0)->text(), "13:00");
     log->PicForecast->item(0, 1)->setText("Plymouth");
     EXPECT_EQ(w.plotter.logs().Day.Forecasts[0].SeaArea, "Plymouth");
 
@@ -129,7 +131,7 @@ TEST(LogWindows, TheLogsMenuTheDaysWindowAndItsEntries) {
     const std::string file = test::ReadFile(NativePath(ResolvePath(w.plotter.logs().Folder() + "20261123.log")));
     EXPECT_EQ(file.substr(0, 30), "#2026-11-23#,\"Tarnel\",\"\"\r\n\"\",\"");
     EXPECT_NE(file.find("\"15:31\",\"\",\"\"\r\n1,1\r\n"), std::string::npos) << file;
-    EXPECT_NE(file.find("\"Reefed twice\"\r\n\"12:00\"\r\n\"Plymouth\""), std::string::npos) << file;
+    EXPECT_NE(file.find("\"Reefed twice\"\r\n\"13:00\"\r\n\"Plymouth\""), std::string::npos) << file;
     // The older day's list needs the vessel off line first.
     m->Action("MLogsOpen")->trigger();
     EXPECT_TRUE(w.plotter.logs().LogIsToday());
