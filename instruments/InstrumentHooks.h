@@ -45,6 +45,7 @@ enum class InfoPanel : int {
 enum class LogCode : int16_t {
     LostGPS = 3,        // "Lost GPS signal."
     PoorGPS = 4,        // "Poor GPS signal."
+    RegainedGPS = 5,    // "Regained GPS signal."
     NewFileVessel = 8,  // a new vessel name in the position file; the text is the name
 };
 

@@ -331,6 +331,7 @@ bool VesselModule::CycleGPSLost(Cycle& c) {
         return true;
     }
     // The fix is back.
+    c_.hooks.LogEvent(LogCode::RegainedGPS, "Regained GPS signal.");
     if (LostGPSShown) LostGPSWanted = 2;
     StatusByDiff(c.fix.Diff);
     ShownDiff = c.fix.Diff ? 1 : 0;

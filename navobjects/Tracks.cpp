@@ -72,12 +72,6 @@ void Tracks::InitTracks() {
     });
 }
 
-void Tracks::OpenRecording() {
-    if (Folder.empty()) return;
-    ReadTrackFile(Folder + kRecordingFile);
-    lastSave_ = ctx_.clock.Timer();
-}
-
 bool Tracks::SaveIfDue() {
     if (!unsaved_ || damaged_ || FileName.empty()) return false;
     double now = ctx_.clock.Timer();

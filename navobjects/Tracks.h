@@ -56,11 +56,6 @@ public:
     std::string Folder;     // "<data root>\Tracks\"
 
     void InitTracks();
-    // The track recorded from one run to the next, until the logbook keeps
-    // a file a day: Folder + kRecordingFile. Reads it and makes it the
-    // current file; what is recorded now starts a new segment.
-    static constexpr const char* kRecordingFile = "Track.trk";
-    void OpenRecording();
     // Saves the current file when points were added since the last save and
     // at least kSaveEvery seconds have passed, so that a crash loses at most
     // that much. A damaged file is left for the save at exit, which asks.

@@ -35,7 +35,9 @@ Plotter::Plotter(PlotterServices s)
       nav_(navCtx_, instruments_.leg),
       gpsLink_(instruments_.comm),
       alarmHost_(*this),
-      alarms_(registry_, units_, errors_, instruments_.leg, alarmHost_) {
+      alarms_(registry_, units_, errors_, instruments_.leg, alarmHost_),
+      logHost_(*this),
+      logs_(errors_, s.dialogs, s.clock, logHost_) {
     RegisterNavLayers(charts_.View, nav_);
     RegisterAlarmLayers();
 }
@@ -150,8 +152,7 @@ void PlotterHooks::LogEvent(LogCode code, const std::string& text) {
     // A new vessel in the position file: the old one's alarms go down.
     if (code == LogCode::NewFileVessel) p_.alarms_.ClearAlarmForms();
 }
-// Not present yet: the log module's automatic entries.
-void PlotterHooks::AutoLog(const VesselSnapshot&) {}
+void PlotterHooks::AutoLog(const VesselSnapshot&) { p_.logs_.AutoLogTick(); }
 // Not present yet: the targets module (AIS and ARPA) refreshes against the vessel.
 void PlotterHooks::RefreshTargets(const VesselSnapshot&) {}
 void PlotterHooks::TrackCheck(const VesselSnapshot& vessel) {
@@ -175,8 +176,9 @@ void PlotterHooks::CheckArrivalAlarm(const VesselSnapshot&) { p_.alarms_.CheckAr
 void PlotterHooks::CheckXTEAlarm(const VesselSnapshot&) { p_.alarms_.CheckXTEAlarm(); }
 // Not present yet: the chart view draws no autoscroll marker.
 void PlotterHooks::RefreshAutoscrollMarker(const VesselSnapshot&) {}
-// Not present yet: the log module keeps the running record.
-void PlotterHooks::UpdateLogRunningRecord(const VesselSnapshot&) {}
+// The log's running record is the day's track beside it: whatever was
+// recorded, by the track check or a turn, is on disk within a minute.
+void PlotterHooks::UpdateLogRunningRecord(const VesselSnapshot&) { p_.nav_.tracks.SaveIfDue(); }
 void PlotterHooks::RefreshSatInfo(const VesselSnapshot&) { p_.services_.shell.RefreshSatInfo(); }
 void PlotterHooks::ShowLostGPS(bool up) { p_.services_.shell.ShowLostGPS(up); }
 bool PlotterHooks::CursorPosition(LatLong& pos) const {
@@ -185,6 +187,44 @@ bool PlotterHooks::CursorPosition(LatLong& pos) const {
     return true;
 }
 void PlotterHooks::ConsoleChanged() { p_.services_.shell.ConsoleChanged(); }
+
+// ---- What the day's log asks ---------------------------------------------------
+
+bool PlotterLogHost::VesselActive() { return p_.instruments_.vessel.VesselActive(); }
+void PlotterLogHost::Snapshot(LogEntry& e) {
+    const Console& c = p_.instruments_.console;
+    e.Latitude = c.LabVessel[0];
+    e.Longitude = c.LabVessel[1];
+    e.Course = c.LabVessel[2];
+    e.Speed = c.LabVessel[3];
+    if (p_.nav_.activation.Leg().Kind != 0) {
+        e.NextWaypoint = c.LabWP[0];
+        e.Range = c.LabWP[4];
+        e.Bearing = c.LabWP[3];
+    } else {
+        e.NextWaypoint = "None";
+        e.Range = "N/A";
+        e.Bearing = "N/A";
+    }
+}
+bool PlotterLogHost::ShowLogEntry(LogEntry& e, const DateTime& when) {
+    return p_.services_.shell.ShowLogEntry(e, when);
+}
+void PlotterLogHost::LogEntryAdded(LogEntryKind kind, const LogEntry& e) {
+    p_.services_.shell.LogEntryAdded(kind, e);
+}
+void PlotterLogHost::LogChanged() { p_.services_.shell.LogChanged(); }
+void PlotterLogHost::LoadTrack(const std::string& path, bool record) {
+    Tracks& t = p_.nav_.tracks;
+    if (!t.FileName.empty()) t.SaveTrackFile();
+    t.ReadTrackFile(path);
+    if (!record) t.FileName.clear();
+}
+void PlotterLogHost::SaveTrack(const std::string& path) {
+    p_.nav_.tracks.FileName = path;
+    p_.nav_.tracks.SaveTrackFile();
+}
+void PlotterLogHost::RecordTrack(const std::string& path) { p_.nav_.tracks.FileName = path; }
 
 // ---- The chart as the vessel needs it ------------------------------------------
 
@@ -276,8 +316,7 @@ bool Plotter::ApplyVesselDialog(const VesselDialogValues& values) {
     return ok;
 }
 
-// Not present yet: the logbook module keeps the day's log.
-void Plotter::AddLogEntry(LogEntryKind, const std::string&) {}
+void Plotter::AddLogEntry(LogEntryKind kind, const std::string& text) { logs_.AddLogEntry(kind, text); }
 
 void Plotter::SetChartCursor(bool onPlan, const LatLong& pos) {
     cursorOnChart_ = onPlan;
@@ -358,7 +397,8 @@ void Plotter::ReopenStore(NavStore& store, Key key) {
 }
 void Plotter::LoadNavObjects() {
     nav_.LoadNavObjects();
-    nav_.tracks.OpenRecording();
+    // The day's log, and its track as the one recorded into.
+    logs_.InitLogs(globals_.UserDataPath);
     ReopenStore(nav_.boundaries, Key::LastBoundaryDatabase);
     ReopenStore(nav_.routes, Key::LastRouteDatabase);
 }
@@ -413,6 +453,7 @@ void Plotter::CloseStores() {
     remember(Key::LastWaypointDatabase, nav_.waypoints.CurrentName);
     remember(Key::LastRouteDatabase, nav_.routes.CurrentName);
     remember(Key::LastBoundaryDatabase, nav_.boundaries.CurrentName);
+    logs_.SaveLog();
     nav_.tracks.SaveTrackFile();
     nav_.CloseStores();
 }

@@ -39,6 +39,7 @@
 #include "alarms/AlarmHost.h"
 #include "alarms/Alarms.h"
 #include "logbook/LogEntry.h"
+#include "logbook/Logs.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
 
@@ -209,6 +210,25 @@ private:
     Plotter& p_;
 };
 
+// What the day's log asks: the vessel and the console for an entry's
+// snapshot, the entry window and the log's events through the shell, the
+// day's track through the track module.
+class PlotterLogHost : public LogHost {
+public:
+    explicit PlotterLogHost(Plotter& p) : p_(p) {}
+    bool VesselActive() override;
+    void Snapshot(LogEntry& entry) override;
+    bool ShowLogEntry(LogEntry& entry, const DateTime& when) override;
+    void LogEntryAdded(LogEntryKind kind, const LogEntry& entry) override;
+    void LogChanged() override;
+    void LoadTrack(const std::string& path, bool record) override;
+    void SaveTrack(const std::string& path) override;
+    void RecordTrack(const std::string& path) override;
+
+private:
+    Plotter& p_;
+};
+
 class Plotter : public TickSteps, public StartupSteps {
 public:
     explicit Plotter(PlotterServices services);
@@ -239,6 +259,8 @@ public:
     ChartModule& charts() { return charts_; }
     Instruments& instruments() { return instruments_; }
     NavObjects& nav() { return nav_; }
+    // The day's log book.
+    Logs& logs() { return logs_; }
     // The host the navigation objects' windows and commands report to, and
     // the GPS port as the waypoint and route export uses it.
     NavHost& navHost() { return navHost_; }
@@ -328,6 +350,7 @@ private:
     friend class PlotterChartHost;
     friend class PlotterNavHost;
     friend class PlotterAlarmHost;
+    friend class PlotterLogHost;
 
     PlotterServices services_;
     Globals globals_;
@@ -359,6 +382,9 @@ private:
     CommGpsLink gpsLink_;
     PlotterAlarmHost alarmHost_;
     Alarms alarms_;
+    // The day's log book.
+    PlotterLogHost logHost_;
+    Logs logs_;
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus_ = 0;

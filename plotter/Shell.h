@@ -7,6 +7,7 @@
 #include "alarms/AlarmForm.h"
 #include "logbook/LogEntry.h"
 #include "navobjects/NavHost.h"
+#include "platform/api/DateTime.h"
 
 namespace ombra {
 
@@ -69,6 +70,11 @@ public:
     virtual void HideAlarm(AlarmForm) {}
     // An entry was added to the day's log (after any rollover to a new day).
     virtual void LogEntryAdded(LogEntryKind, const LogEntry&) {}
+    // The entry window, modal: true on OK with the navigator's fields copied
+    // into the entry. A shell without windows adds no typed entries.
+    virtual bool ShowLogEntry(LogEntry&, const DateTime& /*when*/) { return false; }
+    // The day's log changed as a whole (another day opened, a new day).
+    virtual void LogChanged() {}
 };
 
 }  // namespace ombra

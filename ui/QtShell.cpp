@@ -14,6 +14,7 @@
 #include "ui/ChartArea.h"
 #include "ui/NavObjectCommands.h"
 #include "ui/AlarmCommands.h"
+#include "ui/LogCommands.h"
 #include "ui/WindowPalette.h"
 
 namespace ombra {
@@ -23,6 +24,7 @@ QtShell::QtShell(QtDialogs& dialogs, bool unattended) : dialogs_(dialogs), unatt
 QtShell::~QtShell() {
     // The commands hold the window; they go first.
     alarms_.reset();
+    logs_.reset();
     nav_.reset();
     instruments_.reset();
     charts_.reset();
@@ -45,6 +47,7 @@ void QtShell::CloseSplash() {
 
 void QtShell::CreateMainWindow(const std::string& caption) {
     alarms_.reset();
+    logs_.reset();
     nav_.reset();
     instruments_.reset();
     charts_.reset();
@@ -57,6 +60,7 @@ void QtShell::CreateMainWindow(const std::string& caption) {
                                                plotter_->services().events, &plotter_->gpsLink());
     alarms_ = std::make_unique<AlarmCommands>(*main_, *plotter_);
     nav_->ExtendPopup = [this](QMenu& popup) { alarms_->AddAnchorEntries(popup); };
+    logs_ = std::make_unique<LogCommands>(*main_, *plotter_);
     // The chart's mouse goes to the tools first; the cursor read-out follows it too.
     if (ChartArea* area = charts_->Area()) {
         auto readout = area->OnMouseMove;
@@ -90,6 +94,7 @@ void QtShell::BuildMenus() {
     if (charts_) charts_->Bind();
     if (nav_) nav_->Bind();
     if (alarms_) alarms_->Bind();
+    if (logs_) logs_->Bind();
     main_->Bind("MDeviation", [this] {
         FrmDeviation card(main_.get(), plotter_->deviation());
         card.exec();
@@ -205,6 +210,20 @@ void QtShell::SetBusyCursor(bool busy) {
     busyCursor_ = busy;
     if (busy) QApplication::setOverrideCursor(Qt::WaitCursor);
     else QApplication::restoreOverrideCursor();
+}
+
+}  // namespace ombra
+
+namespace ombra {
+
+void QtShell::LogEntryAdded(LogEntryKind, const LogEntry&) {
+    if (logs_) logs_->EntryAdded();
+}
+bool QtShell::ShowLogEntry(LogEntry& entry, const DateTime& when) {
+    return logs_ && logs_->ShowLogEntry(entry, when);
+}
+void QtShell::LogChanged() {
+    if (logs_) logs_->LogChanged();
 }
 
 }  // namespace ombra

@@ -15,6 +15,7 @@ class InstrumentCommands;
 class ChartCommands;
 class NavObjectCommands;
 class AlarmCommands;
+class LogCommands;
 class FrmSplash;
 class Plotter;
 class QtDialogs;
@@ -58,6 +59,10 @@ public:
     std::string ShowAlarm(AlarmForm form, const std::string& caption, const std::string& text, bool beep) override;
     void HideAlarm(AlarmForm form) override;
     AlarmCommands* Alarms() const { return alarms_.get(); }
+    void LogEntryAdded(LogEntryKind kind, const LogEntry& entry) override;
+    bool ShowLogEntry(LogEntry& entry, const DateTime& when) override;
+    void LogChanged() override;
+    LogCommands* Logs() const { return logs_.get(); }
 
     // The Options command: end any tool, fill the dialog, run it, save.
     void RunOptions();
@@ -72,6 +77,7 @@ private:
     std::unique_ptr<ChartCommands> charts_;
     std::unique_ptr<NavObjectCommands> nav_;
     std::unique_ptr<AlarmCommands> alarms_;
+    std::unique_ptr<LogCommands> logs_;
     bool busyCursor_ = false;
     int windowState_ = 2;
     bool hasRect_ = false;
