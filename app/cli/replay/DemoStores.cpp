@@ -15,15 +15,14 @@ namespace ombra {
 namespace {
 
 constexpr const char* kStoreVersion = "Ver 2.19";
-constexpr int kPointEvery = 600;  // seconds of the passage between route points
-constexpr float kArrivalRange = -0.5f;  // half a mile, ring drawn
+constexpr int kPointEvery = 500;  // seconds of the passage between route points
+constexpr float kArrivalRange = -0.3f;  // three cables, ring drawn
 
 const char* const kPointNotes[] = {
-    "West of the harbour approach", "South-west of the island", "Off the west cliffs", "North-west point",
-    "North of the island",          "North-east point",         "Off the east shore",  "East of the harbour",
-    "South-east of the island",     "Back at the start",
+    "West of the harbour approach", "South-west of the island", "Off the west cliffs",  "West of the island",
+    "North-west point",             "North of the island",      "North-east point",     "Off the east shore",
+    "East of the island",           "East of the harbour",      "South-east of the island", "Back at the start",
 };
-
 }  // namespace
 
 Waypoint StoreWaypoint(int16_t slot, const std::string& name, const std::string& description, const LatLong& pos,

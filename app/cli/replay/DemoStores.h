@@ -4,11 +4,12 @@
 // no-go area that the passage crosses, all named "Demo Island" and written
 // by the stores' own writers into a data root.
 //
-// The route's points are positions of the passage itself, every ten
-// minutes of it, so a replay of the passage arrives at each in turn: a
-// point's arrival range is half a mile, and the passage runs through the
+// The route's points are positions of the passage itself, every 500
+// seconds of it, so a replay of the passage arrives at each in turn: a
+// point's arrival range is 0.3 miles, and the passage runs through the
 // point. Between two points the passage bows away from the straight leg by
-// less than the default cross-track alarm range (0.3 miles).
+// less than the default cross-track alarm range (0.3 miles), and the turn
+// onto the next leg at the arrival range stays inside it too.
 #pragma once
 #include <string>
 #include <vector>
