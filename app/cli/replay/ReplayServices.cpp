@@ -106,7 +106,20 @@ EventLine& EventLine::Add(const char* key, bool value) {
 // ---- The autopilot line --------------------------------------------------------
 
 AutopilotLine::~AutopilotLine() {
+    Flush();
     if (fd_ >= 0) ::close(fd_);
+}
+
+void AutopilotLine::Flush() {
+    // A full terminal buffer drops what does not fit, as a port does.
+    size_t at = 0;
+    while (fd_ >= 0 && at < pending_.size()) {
+        ssize_t n = ::write(fd_, pending_.data() + at, pending_.size() - at);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) break;
+        at += size_t(n);
+    }
+    pending_.clear();
 }
 
 bool AutopilotLine::Open(int32_t baud, std::string& why) {
@@ -117,6 +130,7 @@ bool AutopilotLine::Open(int32_t baud, std::string& why) {
         ::close(fd);
         fd = -1;
     }
+    terminal_ = fd >= 0;
     if (fd >= 0) {
         termios tio{};
         if (::tcgetattr(fd, &tio) == 0) {
@@ -139,16 +153,8 @@ bool AutopilotLine::Open(int32_t baud, std::string& why) {
 }
 
 void AutopilotLine::Write(std::string_view bytes) {
-    if (fd_ >= 0) {
-        // A full terminal buffer drops what does not fit, as a port does.
-        size_t at = 0;
-        while (at < bytes.size()) {
-            ssize_t n = ::write(fd_, bytes.data() + at, bytes.size() - at);
-            if (n < 0 && errno == EINTR) continue;
-            if (n <= 0) break;
-            at += size_t(n);
-        }
-    }
+    pending_.append(bytes);
+    if (terminal_ || pending_.size() >= 65536) Flush();
     partial_.append(bytes);
     size_t start = 0;
     for (size_t lf; (lf = partial_.find('\n', start)) != std::string::npos; start = lf + 1) {

@@ -70,7 +70,8 @@ private:
 
 // The line the plotter's NMEA output goes to: a file, a pty or a serial
 // device, opened once for writing. Every line written is told as an
-// "nmea_out" event.
+// "nmea_out" event. A terminal gets each write at once; a file gets them in
+// large pieces, all of them by the time the line is closed.
 class AutopilotLine {
 public:
     AutopilotLine(EventSink& events, std::string device) : events_(events), device_(std::move(device)) {}
@@ -81,9 +82,12 @@ public:
     void Write(std::string_view bytes);
 
 private:
+    void Flush();
     EventSink& events_;
     std::string device_;
     int fd_ = -1;
+    bool terminal_ = false;
+    std::string pending_;  // a file's bytes not yet written
     std::string partial_;
 };
 
