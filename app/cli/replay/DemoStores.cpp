@@ -78,7 +78,7 @@ DemoStores MakeDemoStores() {
     }
     d.route.SyncCount();
     ComputeLegs(d.route);
-    // A firing range across the passage between the fifth and sixth points,
+    // A firing range across the passage between the sixth and seventh points,
     // a diamond two miles across: entering it raises the boundary alarm.
     const LatLong centre = DemoPassagePosition(3300);
     Boundary b = RingBoundary(1, "FIRING RANGE", centre, 0.75 * std::sqrt(2.0), 4);
