@@ -6,7 +6,10 @@
 
 #include <GeographicLib/Rhumb.hpp>
 #include <cmath>
+#include <fcntl.h>
 #include <map>
+#include <pty.h>
+#include <unistd.h>
 #include <set>
 #include <sstream>
 
@@ -371,4 +374,41 @@ TEST(Replay, WhatIsMissingGivesAMessageAndStatusTwo) {
         EXPECT_EQ(r.exitCode, 2) << c.what;
         EXPECT_NE(r.err.find(c.says), std::string::npos) << c.what << ": " << r.err;
     }
+}
+
+TEST(Replay, TheOutputGoesToAPtyAsWrittenAndNeverIntoTheLog) {
+    // Twelve seconds of the passage.
+    std::string part;
+    int n = 0;
+    for (const std::string& l : test::SplitLines(test::ReadFile(kDemoLog)))
+        if (!l.empty() && ++n <= 55) part += l + "\n";
+    Home home;
+    test::WriteFile(home.dir / "short.nmea", part);
+
+    int master = -1, slave = -1;
+    char name[256] = {};
+    ASSERT_EQ(openpty(&master, &slave, name, nullptr, nullptr), 0);
+    home.Settings("GPSPort=1\nComPort1=" + std::string(name) + "\n");
+    Replayed r = Replay(home.path(), {"--route", "ROUND ISLAND"}, home.dir / "short.nmea");
+    ASSERT_EQ(r.status, 0) << r.err;
+    std::string printed;
+    for (const Event* e : r.Of("nmea_out")) {
+        EXPECT_EQ(e->Str("port"), name);
+        printed += e->Str("sentence") + "\r\n";
+    }
+    ASSERT_GT(printed.size(), 200u);
+    ::fcntl(master, F_SETFL, O_NONBLOCK);
+    std::string got;
+    char buf[4096];
+    for (ssize_t k; (k = ::read(master, buf, sizeof buf)) > 0;) got.append(buf, size_t(k));
+    EXPECT_EQ(got, printed);
+    ::close(slave);
+    ::close(master);
+
+    // A GPS port whose device is the log itself is not written.
+    home.Settings("GPSPort=1\nComPort1=" + (home.dir / "short.nmea") + "\n");
+    r = Replay(home.path(), {}, home.dir / "short.nmea");
+    ASSERT_EQ(r.status, 0);
+    EXPECT_TRUE(r.Of("nmea_out").empty());
+    EXPECT_EQ(test::ReadFile(home.dir / "short.nmea"), part);
 }

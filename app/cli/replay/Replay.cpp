@@ -151,7 +151,9 @@ int RunReplay(const ReplayOptions& o, std::ostream& out, std::ostream& err, Repl
     // The autopilot: the GPS port's own device, when it is one to write to.
     std::unique_ptr<AutopilotLine> autopilot;
     PortAddress addr = ParsePortAddress(settings.Get(section, "ComPort" + std::to_string(gpsPort)), home + "/");
-    if (addr.kind == PortAddress::Kind::Serial) {
+    if (addr.kind == PortAddress::Kind::Serial && fs::equivalent(addr.path, o.log, ec)) {
+        err << "ombra-cli replay: the GPS port's device is the log itself; no NMEA output is written\n";
+    } else if (addr.kind == PortAddress::Kind::Serial) {
         autopilot = std::make_unique<AutopilotLine>(sink, addr.path);
         double baud = Val(settings.Get(section, "GPSBaudRate"));
         if (!autopilot->Open(baud > 0 && baud < 1e7 ? int32_t(baud) : 4800, why)) {
