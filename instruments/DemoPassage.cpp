@@ -181,17 +181,25 @@ std::vector<std::string> AivdmSentences(const std::string& bits, int sequence, c
     return out;
 }
 
+namespace {
+constexpr double kDemoSpeed = 16.0;  // knots
+constexpr double kMeanRadius = 4.25;
+}  // namespace
+
+// One lap, rounded to whole seconds, so that the log ends where it began.
+int DemoPassageSeconds() { return int(std::lround(2.0 * kPi * kMeanRadius / kDemoSpeed * 3600.0)); }
+
+LatLong DemoPassagePosition(double t) {
+    const int lap = DemoPassageSeconds();
+    double theta = 2.0 * kPi * t / lap;  // bearing from the island, clockwise
+    double radius = kMeanRadius + 0.25 * std::sin(3.0 * theta);
+    return DeadReckon(kIsland, std::fmod(theta * kRadToDeg + 200.0, 360.0), radius, 3600.0);
+}
+
 std::string DemoPassageLog() {
-    const double speed = 16.0;  // knots
-    const double meanRadius = 4.25;
-    // One lap, rounded to whole seconds, so that the log ends where it began.
-    const int lap = int(std::lround(2.0 * kPi * meanRadius / speed * 3600.0));
+    const int lap = DemoPassageSeconds();
     const int startOfDay = 10 * 3600;  // 10:00:00 UTC, 23 November 2026
-    auto vesselAt = [&](double t) {
-        double theta = 2.0 * kPi * t / lap;  // bearing from the island, clockwise
-        double radius = meanRadius + 0.25 * std::sin(3.0 * theta);
-        return DeadReckon(kIsland, std::fmod(theta * kRadToDeg + 200.0, 360.0), radius, 3600.0);
-    };
+    auto vesselAt = [](double t) { return DemoPassagePosition(t); };
     std::string log;
     log.reserve(size_t(lap) * 300);
     int sequence = 0;

@@ -20,10 +20,18 @@
 #include <string>
 #include <vector>
 
+#include "core/Types.h"
+
 namespace ombra {
 
 // The whole log, CR LF line ends.
 std::string DemoPassageLog();
+
+// The passage itself: the log starts at 10:00:00 UTC on 23 November 2026,
+// one fix a second for DemoPassageSeconds() seconds (one lap); the vessel's
+// position `seconds` after the start, as the log's fixes give it.
+int DemoPassageSeconds();
+LatLong DemoPassagePosition(double seconds);
 
 // Six-bit armoured AIS payload of `bits` (a string of '0' and '1'), and the
 // fill bits added to reach a whole character.

@@ -1,12 +1,18 @@
 #!/usr/bin/env bash
 # Prepares a demonstration home: settings that start the GPS on the
-# recorded demo log and open the demo chart, and the demo chart itself.
-# Runs once a home; delete the home folder to start afresh.
+# recorded demo log and open the demo chart and databases, the demo chart
+# itself, and the "Demo Island" waypoint, route and boundary databases (a
+# route round the island that the passage follows, a firing range across
+# it). Runs once a home; delete the home folder to start afresh. The
+# databases are added to an older demo home too.
 set -euo pipefail
 cli="$1"
 home="$2"
 root="$(cd "$(dirname "$0")/.." && pwd)"
 stamp="$home/.demo-ready"
+if "$cli" --help 2>/dev/null | grep -q 'nav-demo'; then
+  "$cli" nav-demo --data "$home" >/dev/null
+fi
 [ -f "$stamp" ] && exit 0
 ini="$home/Vestrane.ini"
 if "$cli" --help 2>/dev/null | grep -q 'make-demo'; then
@@ -18,5 +24,8 @@ fi
   echo "AutoStartupChart=True"
   echo "GPSPort=8"
   echo "ComPort8=file://$root/data/demo/ombra-demo.nmea"
+  echo "LastWaypointDatabase=Demo Island"
+  echo "LastRouteDatabase=Demo Island"
+  echo "LastBoundaryDatabase=Demo Island"
 } > "$ini"
 touch "$stamp"
