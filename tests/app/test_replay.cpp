@@ -27,11 +27,6 @@ using test::Json;
 
 namespace {
 
-template <typename P>
-constexpr bool kHasAlarms = requires(P& p) { p.alarms(); };
-template <typename P>
-constexpr bool kHasLogs = requires(P& p) { p.logs(); };
-
 const std::string kDemoLog = test::SourcePath("data/demo/ombra-demo.nmea");
 
 struct Event {
@@ -192,9 +187,8 @@ TEST(Replay, TheDemoPassageWithTheRouteActivatesItAtTheFirstFixAndSavesTheTrack)
     EXPECT_EQ(act[0]->time, modes[1]->time);
     // The clock ran to a second past the last fix (11:40:07).
     EXPECT_EQ(r.events.back().time, "2026-11-23T11:40:08.000");
-    // The exit saved the track of the passage: the day's track beside its
-    // log once the plotter keeps a log book, else the track file.
-    const std::string track = kHasLogs<Plotter> ? "Logs/20261123.trk" : "Tracks/Track.trk";
+    // The exit saved the track of the passage: the day's track beside its log.
+    const std::string track = "Logs/20261123.trk";
     EXPECT_GT(test::SplitLines(test::ReadFile(home.dir / track)).size(), 20u) << track;
 }
 
@@ -246,7 +240,6 @@ TEST(Replay, AutopilotSentencesMatchRhumbBearingAndDistanceAtTheSameFixes) {
 }
 
 TEST(Replay, ArrivalAlarmsAtEachPointAndYesAdvancesThroughTheRoute) {
-    if constexpr (!kHasAlarms<Plotter>) GTEST_SKIP() << "the plotter has no alarms module (Plotter::alarms()) yet";
     const size_t points = MakeDemoStores().route.Points.size();
     Home home;
     // Unanswered, the first point's window stays up and sounds at each fix.
@@ -284,7 +277,6 @@ TEST(Replay, ArrivalAlarmsAtEachPointAndYesAdvancesThroughTheRoute) {
 }
 
 TEST(Replay, TheFiringRangeRaisesTheBoundaryAlarm) {
-    if constexpr (!kHasAlarms<Plotter>) GTEST_SKIP() << "the plotter has no alarms module (Plotter::alarms()) yet";
     Home home;
     Replayed r = Replay(home.path(), {"--answer", "Vessel Entry=OK"});
     ASSERT_EQ(r.status, 0) << r.err;
@@ -294,7 +286,6 @@ TEST(Replay, TheFiringRangeRaisesTheBoundaryAlarm) {
 }
 
 TEST(Replay, TheAutologWritesTheDaysLogOnMultiplesOfItsInterval) {
-    if constexpr (!kHasLogs<Plotter>) GTEST_SKIP() << "the plotter has no logbook module (Plotter::logs()) yet";
     Home home;
     // The day's log as the navigator left it: autolog on, every 10 minutes.
     MakeFolder(home.dir / "Logs");
