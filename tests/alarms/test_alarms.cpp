@@ -54,6 +54,8 @@ struct AlarmShell : Shell {
         return a == answers.end() ? std::string() : a->second;
     }
     void HideAlarm(AlarmForm form) override { hidden.push_back(form); }
+    std::vector<std::pair<LogEntryKind, std::string>> logged;  // kind and narrative
+    void LogEntryAdded(LogEntryKind kind, const LogEntry& e) override { logged.push_back({kind, e.Narrative}); }
     size_t Count(AlarmForm form) const {
         size_t n = 0;
         for (const Shown& s : shown) n += s.form == form;
@@ -329,6 +331,8 @@ TEST(ManOverboard, SetAtTheVesselAndClearedOnlyWhenConfirmed) {
     EXPECT_EQ(leg.Armed, 0);
     EXPECT_EQ(h.plotter.nav().routes.ActiveRoute, 0);
     EXPECT_TRUE(h.plotter.alarms().MobSet);
+    ASSERT_FALSE(h.shell.logged.empty());
+    EXPECT_EQ(h.shell.logged.back(), std::make_pair(LogEntryKind::ManOverboard, std::string("Man overboard condition.")));
     // Away and back to the mark: no arrival alarm on this leg.
     h.At(P(3.0), 0.0, 6.0);
     EXPECT_EQ(h.shell.panels[2].rfind("MOB 180°T 1.00 NM", 0), 0u) << h.shell.panels[2];
@@ -342,6 +346,8 @@ TEST(ManOverboard, SetAtTheVesselAndClearedOnlyWhenConfirmed) {
     EXPECT_EQ(h.dialogs.asked.back().text, "Confirm clearing of Man overboard condition");
     EXPECT_FALSE(h.plotter.alarms().MobSet);
     EXPECT_EQ(h.Leg().Kind, 0);
+    EXPECT_EQ(h.shell.logged.back(),
+              std::make_pair(LogEntryKind::ManOverboardCleared, std::string("Man overboard condition cleared.")));
 }
 
 // Start-up and a new vessel take every alarm window down.
