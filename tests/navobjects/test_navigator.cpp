@@ -1,0 +1,296 @@
+// The navigation objects as a navigator reaches them: a whole plotter
+// behind its main window, a chart open, the vessel dead-reckoning off the
+// chart's middle, and the menus, lists, property windows and the chart's
+// pop-up driven as a person would drive them. Questions of the plotter are
+// scripted and recorded; the windows' own modal dialogs are answered by
+// the test once they are up.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QTimer>
+#include <functional>
+
+#include "core/Paths.h"
+#include "instruments/Vessel.h"
+#include "platform/comms/ScriptedComms.h"
+#include "platform/fake/ManualClock.h"
+#include "platform/fake/MemorySettings.h"
+#include "platform/fake/ScriptedDialogs.h"
+#include "platform/qt/QtServices.h"
+#include "plotter/Plotter.h"
+#include "tests/charts/ChartFixture.h"
+#include "tests/navobjects/NavFixture.h"
+#include "ui/FrmBoundary.h"
+#include "ui/FrmComm.h"
+#include "ui/FrmMain.h"
+#include "ui/FrmRoute.h"
+#include "ui/FrmRoutesDB.h"
+#include "ui/FrmWayPoint.h"
+#include "ui/FrmWayPointDB.h"
+#include "ui/QtShell.h"
+
+namespace ombra::test {
+namespace {
+
+QApplication& App() {
+    static int argc = 1;
+    static char name[] = "test_navigator";
+    static char* argv[] = {name, nullptr};
+    static QApplication* app = new QApplication(argc, argv);  // lives to the end of the process
+    return *app;
+}
+
+// Bumped as each test's plotter goes, so that a wait left over from one
+// never acts on the windows of the next.
+int generation = 0;
+
+// Runs `act` on the window of type W once it is the active modal dialog
+// (or, for a menu, the open pop-up); gives up after about two seconds.
+template <class W>
+void WhenUp(std::function<void(W*)> act, int tries = 200, int gen = -1) {
+    if (gen < 0) gen = generation;
+    QTimer::singleShot(10, [act, tries, gen] {
+        if (gen != generation) return;
+        QWidget* up = std::is_base_of_v<QMenu, W> ? QApplication::activePopupWidget() : QApplication::activeModalWidget();
+        if (W* w = qobject_cast<W*>(up)) {
+            act(w);
+            return;
+        }
+        if (tries > 0) WhenUp<W>(act, tries - 1, gen);
+    });
+}
+
+const char* kAutopilotQuestion =
+    "Autopilot output is enabled.\nActivating a waypoint may cause a significant course change.\n"
+    "Are you sure you wish to continue.";
+
+// A plotter on the default test chart (49°50'N-50°10'N, 12°20'W-11°40'W)
+// with a waypoint database "Marks" of two waypoints, a route database
+// "Passages" with one route of three points and a boundary database
+// "Areas" with one boundary of three marks.
+struct Navigator {
+    TempDir dir;
+    MemorySettings store;
+    ScriptedDialogs dialogs;
+    QtDialogs windowDialogs{true};
+    ManualClock clock;
+    NoEvents events;
+    ScriptedComms comms;
+    QtShell shell{windowDialogs, true};
+    Plotter plotter{{store, dialogs, clock, events, shell, &comms}};
+    NavObjects& nav = plotter.nav();
+    const LatLong vesselAt = DM(49, 57, -12, -5);
+
+    Navigator() {
+        App();
+        shell.SetPlotter(&plotter);
+        store.Write("Vestrane", "Tarnel", "GPSPort", "1");
+    }
+    ~Navigator() { ++generation; }
+    // Started with `cmd`, the chart open and the databases made; false on
+    // any failure of the set-up.
+    bool Start(bool vessel = true) {
+        if (!plotter.Start("NOSPLASH", dir / "ombra", dir / "home", dir / "none")) return false;
+        // The tick is the test's to give: none runs behind its back.
+        Main().MainTimer.stop();
+        std::string why;
+        if (!InstallFixtureChart(plotter.charts(), plotter.charts().Root(), DefaultFixture(), "20240601", &why))
+            return false;
+        plotter.OpenChartNumber("1234A");
+        if (!plotter.charts().State.IsOpen()) return false;
+        plotter.charts().View.CentreOnPosition(DM(50, 0, -12, 0));
+        QApplication::processEvents();
+        dialogs.texts = {"Marks", "Passages", "Home run", "Areas", "Shoal"};
+        nav.waypoints.NewWaypointDB();
+        LatLong a = DM(50, 5, -12, -10), b = DM(49, 55, -11, -50);
+        nav.waypoints.AddWaypoint(AddBy::Mouse, &a);
+        nav.waypoints.AddWaypoint(AddBy::Mouse, &b);
+        nav.routes.NewRouteDB();
+        int16_t r = nav.routes.NewRoute();
+        for (LatLong p : {DM(49, 55, -12, -15), DM(50, 0, -12, 0), DM(50, 5, -11, -45)}) nav.routes.AddRoutePoint(r, p);
+        nav.boundaries.NewBoundaryDB();
+        int16_t bd = nav.boundaries.NewBoundary();
+        for (LatLong p : {DM(50, 1, -12, -1), DM(50, 1, -11, -59), DM(49, 59, -12, 0)}) nav.boundaries.AddBoundaryMark(bd, p);
+        nav.boundaries.EndNewBoundary(bd);
+        if (vessel) {
+            plotter.instruments().vessel.SetVesselMode(kModeDR);
+            plotter.instruments().vessel.vessel.Pos = vesselAt;
+        }
+        dialogs.asked.clear();
+        return nav.waypoints.Count() == 2 && nav.routes.Count() == 1 && nav.boundaries.Count() == 1;
+    }
+    FrmMain& Main() { return *shell.Main(); }
+    void Menu(const char* control) {
+        QAction* a = Main().Action(control);
+        ASSERT_NE(a, nullptr) << control;
+        a->trigger();
+    }
+    template <class W>
+    W* Window(const char* name) {
+        return Main().findChild<W*>(name);
+    }
+    const ActiveLeg& Leg() { return plotter.instruments().leg; }
+    // The message boxes asked since the set-up, word for word.
+    std::vector<std::string> Asked() const {
+        std::vector<std::string> out;
+        for (const auto& a : dialogs.asked)
+            if (a.kind == "MsgBox") out.push_back(a.text);
+        return out;
+    }
+    // A right click on the chart at a position, and `command` of its pop-up.
+    void PopupAt(const LatLong& pos, const QString& command) {
+        NavPoint q = plotter.charts().View.LocatePosition(pos);
+        int plan = q.FirstPlanShown();
+        ASSERT_GE(plan, 0);
+        ChartPoint s = plotter.charts().View.ChartToScreen(q.Pixel[size_t(plan)]);
+        QWidget* chart = Main().ChartWidget();
+        ASSERT_NE(chart, nullptr);
+        bool found = false;
+        WhenUp<QMenu>([&found, command](QMenu* m) {
+            for (QAction* a : m->actions())
+                if (a->text() == command) {
+                    found = true;
+                    // Chosen as a person chooses it, so that the menu closes.
+                    m->setActiveAction(a);
+                    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+                    QApplication::sendEvent(m, &enter);
+                    return;
+                }
+            m->close();
+        });
+        QMouseEvent e(QEvent::MouseButtonPress, QPointF(s.x, s.y), chart->mapToGlobal(QPointF(s.x, s.y)),
+                      Qt::RightButton, Qt::RightButton, Qt::NoModifier);
+        QApplication::sendEvent(chart, &e);
+        EXPECT_TRUE(found) << "no pop-up entry " << command.toStdString();
+    }
+};
+
+// ---- Activation with the autopilot output on -----------------------------
+
+struct ActivationPath {
+    const char* name;
+    int16_t kind;  // what the leg becomes: 1 waypoint, 2 route point
+    void (*activate)(Navigator&);
+};
+
+const ActivationPath kActivationPaths[] = {
+    {"waypoint list", 1,
+     [](Navigator& n) {
+         n.Menu("MWayPtsView");
+         auto* f = n.Window<FrmWayPointDB>("FrmWayPointDB");
+         ASSERT_NE(f, nullptr);
+         f->PicWaypoints->selectRow(1);
+         f->ComActivate->click();
+         f->close();
+     }},
+    {"route list", 2,
+     [](Navigator& n) {
+         n.Menu("MRoutesView");
+         auto* f = n.Window<FrmRoutesDB>("FrmRoutesDB");
+         ASSERT_NE(f, nullptr);
+         f->PicRoutes->selectRow(0);
+         f->ComActivate->click();
+         f->close();
+     }},
+    {"route window, second point", 2,
+     [](Navigator& n) {
+         n.Menu("MRoutesView");
+         auto* f = n.Window<FrmRoutesDB>("FrmRoutesDB");
+         ASSERT_NE(f, nullptr);
+         f->PicRoutes->selectRow(0);
+         WhenUp<FrmRoute>([](FrmRoute* r) {
+             r->PicRoutePts->selectRow(1);
+             r->ComActivate->click();
+             r->ComOK->click();
+         });
+         f->ComProperties->click();
+         f->close();
+     }},
+    {"chart pop-up on a waypoint", 1, [](Navigator& n) { n.PopupAt(DM(50, 5, -12, -10), "&Activate"); }},
+    {"chart pop-up on a route point", 2, [](Navigator& n) { n.PopupAt(DM(50, 0, -12, 0), "&Activate"); }},
+    {"command line", 2,
+     [](Navigator& n) {
+         n.nav.routes.SaveDB();
+         WhenUp<FrmRoute>([](FrmRoute* r) { r->ComOK->click(); });  // shown once the route is active
+         n.plotter.SelectCommandRoute("HOME RUN");
+         n.plotter.ActivateCommandRoute("HOME RUN");
+     }},
+};
+
+TEST(Navigator, EveryActivationAsksFirstWhileTheAutopilotOutputIsOn) {
+    for (const ActivationPath& path : kActivationPaths) {
+        for (int reply : {mb::No, mb::Yes}) {
+            SCOPED_TRACE(std::string(path.name) + (reply == mb::Yes ? ", Yes" : ", No"));
+            Navigator n;
+            ASSERT_TRUE(n.Start());
+            n.plotter.instruments().settings.AutopilotActive = true;
+            n.dialogs.replies = {reply};
+            path.activate(n);
+            std::vector<std::string> asked = n.Asked();
+            ASSERT_EQ(asked.size(), 1u);
+            EXPECT_EQ(asked[0], kAutopilotQuestion);
+            EXPECT_EQ(n.dialogs.asked.back().style, mb::YesNo | mb::Question);
+            EXPECT_EQ(n.Leg().Kind, reply == mb::Yes ? path.kind : 0);
+            EXPECT_EQ(n.nav.waypoints.ActiveIndex != 0, reply == mb::Yes && path.kind == 1);
+            EXPECT_EQ(n.nav.routes.ActiveRoute != 0, reply == mb::Yes && path.kind == 2);
+        }
+    }
+}
+
+TEST(Navigator, WithTheAutopilotOutputOffNothingIsAsked) {
+    for (const ActivationPath& path : kActivationPaths) {
+        SCOPED_TRACE(path.name);
+        Navigator n;
+        ASSERT_TRUE(n.Start());
+        path.activate(n);
+        EXPECT_TRUE(n.Asked().empty());
+        EXPECT_EQ(n.Leg().Kind, path.kind);
+    }
+}
+
+// Declined while another destination is active: the old one stays.
+TEST(Navigator, ADeclinedActivationKeepsTheLegThatWasActive) {
+    Navigator n;
+    ASSERT_TRUE(n.Start());
+    ASSERT_TRUE(n.nav.activation.ActivateRoute(1, 2));
+    n.plotter.instruments().settings.AutopilotActive = true;
+    n.dialogs.replies = {mb::No};
+    n.PopupAt(DM(50, 5, -12, -10), "&Activate");
+    EXPECT_EQ(n.Leg().Kind, 2);
+    EXPECT_EQ(n.Leg().Name, "WP2");
+    EXPECT_EQ(n.nav.routes.ActivePoint, 2);
+    EXPECT_EQ(n.nav.waypoints.ActiveIndex, 0);
+}
+
+// Turning the autopilot output on while a leg is active asks the other
+// question; No leaves the box clear and the setting off.
+TEST(Navigator, TurningTheAutopilotOutputOnWithALegActiveAsks) {
+    for (int reply : {mb::No, mb::Yes}) {
+        SCOPED_TRACE(reply == mb::Yes ? "Yes" : "No");
+        Navigator n;
+        ASSERT_TRUE(n.Start());
+        ASSERT_TRUE(n.nav.activation.ActivateWaypoint(1));
+        n.dialogs.replies = {reply};
+        bool ticked = false;
+        WhenUp<FrmComm>([&ticked](FrmComm* f) {
+            f->ChkAutoPilot->click();
+            ticked = f->ChkAutoPilot->isChecked();
+            f->ComOK->click();
+        });
+        n.Menu("MGPSSettings");
+        std::vector<std::string> asked = n.Asked();
+        ASSERT_EQ(asked.size(), 1u);
+        EXPECT_EQ(asked[0],
+                  "There is an active waypoint.\nActivating autopilot output may cause a significant course change.\n"
+                  "Are you sure you wish to continue.");
+        EXPECT_EQ(ticked, reply == mb::Yes);
+        EXPECT_EQ(n.plotter.instruments().settings.AutopilotActive, reply == mb::Yes);
+    }
+}
+
+}  // namespace
+}  // namespace ombra::test
