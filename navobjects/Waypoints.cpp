@@ -126,7 +126,7 @@ int16_t Waypoints::AddWaypoint(AddBy how, const LatLong* clicked) {
     if (how == AddBy::Mouse) {
         if (clicked) rec.Position.Wgs84 = *clicked;
     } else {
-        if (how == AddBy::GPS) rec.Position.Wgs84 = ctx_.host.VesselPos();
+        rec.Position.Wgs84 = how == AddBy::GPS ? ctx_.host.VesselPos() : KeyboardStart(ctx_);
         WaypointDialogRequest req{"New Waypoint", "Database:", CurrentName, rec};
         if (!ctx_.host.WaypointDialog(req)) {
             if (appended) List.pop_back();

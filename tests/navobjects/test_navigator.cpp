@@ -14,6 +14,7 @@
 #include <QTimer>
 #include <functional>
 
+#include "core/GenFuncs.h"
 #include "core/Paths.h"
 #include "instruments/Vessel.h"
 #include "platform/comms/ScriptedComms.h"
@@ -83,7 +84,7 @@ struct Navigator {
     QtShell shell{windowDialogs, true};
     Plotter plotter{{store, dialogs, clock, events, shell, &comms}};
     NavObjects& nav = plotter.nav();
-    const LatLong vesselAt = DM(49, 57, -12, -5);
+    const LatLong vesselAt = DM(49, 57, -12, 5);
 
     Navigator() {
         App();
@@ -106,15 +107,15 @@ struct Navigator {
         QApplication::processEvents();
         dialogs.texts = {"Marks", "Passages", "Home run", "Areas", "Shoal"};
         nav.waypoints.NewWaypointDB();
-        LatLong a = DM(50, 5, -12, -10), b = DM(49, 55, -11, -50);
+        LatLong a = DM(50, 5, -12, 10), b = DM(49, 55, -11, 50);
         nav.waypoints.AddWaypoint(AddBy::Mouse, &a);
         nav.waypoints.AddWaypoint(AddBy::Mouse, &b);
         nav.routes.NewRouteDB();
         int16_t r = nav.routes.NewRoute();
-        for (LatLong p : {DM(49, 55, -12, -15), DM(50, 0, -12, 0), DM(50, 5, -11, -45)}) nav.routes.AddRoutePoint(r, p);
+        for (LatLong p : {DM(49, 55, -12, 15), DM(50, 0, -12, 0), DM(50, 5, -11, 45)}) nav.routes.AddRoutePoint(r, p);
         nav.boundaries.NewBoundaryDB();
         int16_t bd = nav.boundaries.NewBoundary();
-        for (LatLong p : {DM(50, 1, -12, -1), DM(50, 1, -11, -59), DM(49, 59, -12, 0)}) nav.boundaries.AddBoundaryMark(bd, p);
+        for (LatLong p : {DM(50, 1, -12, 1), DM(50, 1, -11, 59), DM(49, 59, -12, 0)}) nav.boundaries.AddBoundaryMark(bd, p);
         nav.boundaries.EndNewBoundary(bd);
         if (vessel) {
             plotter.instruments().vessel.SetVesselMode(kModeDR);
@@ -210,7 +211,7 @@ const ActivationPath kActivationPaths[] = {
          f->ComProperties->click();
          f->close();
      }},
-    {"chart pop-up on a waypoint", 1, [](Navigator& n) { n.PopupAt(DM(50, 5, -12, -10), "&Activate"); }},
+    {"chart pop-up on a waypoint", 1, [](Navigator& n) { n.PopupAt(DM(50, 5, -12, 10), "&Activate"); }},
     {"chart pop-up on a route point", 2, [](Navigator& n) { n.PopupAt(DM(50, 0, -12, 0), "&Activate"); }},
     {"command line", 2,
      [](Navigator& n) {
@@ -259,7 +260,7 @@ TEST(Navigator, ADeclinedActivationKeepsTheLegThatWasActive) {
     ASSERT_TRUE(n.nav.activation.ActivateRoute(1, 2));
     n.plotter.instruments().settings.AutopilotActive = true;
     n.dialogs.replies = {mb::No};
-    n.PopupAt(DM(50, 5, -12, -10), "&Activate");
+    n.PopupAt(DM(50, 5, -12, 10), "&Activate");
     EXPECT_EQ(n.Leg().Kind, 2);
     EXPECT_EQ(n.Leg().Name, "WP2");
     EXPECT_EQ(n.nav.routes.ActivePoint, 2);
@@ -290,6 +291,123 @@ TEST(Navigator, TurningTheAutopilotOutputOnWithALegActiveAsks) {
         EXPECT_EQ(ticked, reply == mb::Yes);
         EXPECT_EQ(n.plotter.instruments().settings.AutopilotActive, reply == mb::Yes);
     }
+}
+
+// ---- Points typed in, or taken from the vessel ----------------------------
+
+// What FrmWayPoint showed, and an answer typed into it.
+struct PointDialog {
+    std::string caption, dbName;
+    LatLong shown;  // the position it opened at, as its fields read back
+    bool seen = false;
+};
+
+// Answers the next FrmWayPoint: the name and, when given, a typed position.
+void AnswerPointDialog(PointDialog& d, const char* name, const char* lat = nullptr, const char* lon = nullptr) {
+    WhenUp<FrmWayPoint>([&d, name, lat, lon](FrmWayPoint* f) {
+        d.seen = true;
+        d.caption = f->windowTitle().toStdString();
+        d.dbName = f->LabDbName->text().toStdString();
+        std::string la = f->TxtLat->text().toStdString(), lo = f->TxtLon->text().toStdString();
+        ScriptedDialogs quiet;
+        if (ParseLatLong(la, lo, quiet, "")) d.shown = LatLong{std::stod(lo), std::stod(la)};
+        f->TxtName->setText(name);
+        if (lat) {
+            f->TxtLat->setText(lat);
+            emit f->TxtLat->textEdited(lat);
+            f->TxtLon->setText(lon);
+            emit f->TxtLon->textEdited(lon);
+        }
+        f->ComOK->click();
+    });
+}
+
+TEST(Navigator, AWaypointByKeyboardStartsAtTheVesselOrTheChartCentre) {
+    for (bool vessel : {true, false}) {
+        SCOPED_TRACE(vessel ? "vessel active" : "no vessel");
+        Navigator n;
+        ASSERT_TRUE(n.Start(vessel));
+        LatLong want = vessel ? n.vesselAt : n.plotter.charts().View.ViewCentre();
+        PointDialog d;
+        AnswerPointDialog(d, "Typed");
+        n.Menu("MWayPtsAddKeyboard");
+        ASSERT_TRUE(d.seen);
+        EXPECT_EQ(d.caption, "New Waypoint");
+        // The fields show minutes to three places: a few feet.
+        EXPECT_NEAR(d.shown.Lat, want.Lat, 0.1);
+        EXPECT_NEAR(d.shown.Long, want.Long, 0.1);
+        ASSERT_EQ(n.nav.waypoints.Count(), 3);
+        EXPECT_EQ(n.nav.waypoints.At(3)->Name, "Typed");
+        EXPECT_NEAR(n.nav.waypoints.At(3)->Position.Wgs84.Lat, want.Lat, 1e-6);
+        EXPECT_NEAR(n.nav.waypoints.At(3)->Position.Wgs84.Long, want.Long, 1e-6);
+    }
+}
+
+// A route point added at the end by keyboard (a position typed in) or
+// from the GPS (the vessel's), from the route window and from the pop-up
+// of one of the route's legs.
+TEST(Navigator, RoutePointsAreAddedByKeyboardOrFromTheGps) {
+    struct Case {
+        const char* name;
+        bool gps;
+        void (*add)(Navigator&, bool gps);
+    } cases[] = {
+        {"route window, keyboard", false, nullptr},
+        {"route window, GPS", true, nullptr},
+        {"leg pop-up, keyboard", false, nullptr},
+        {"leg pop-up, GPS", true, nullptr},
+    };
+    auto window = [](Navigator& n, bool gps) {
+        n.Menu("MRoutesView");
+        auto* f = n.Window<FrmRoutesDB>("FrmRoutesDB");
+        ASSERT_NE(f, nullptr);
+        f->PicRoutes->selectRow(0);
+        bool found = false;
+        WhenUp<FrmRoute>([gps, &found](FrmRoute* r) {
+            auto* b = r->findChild<QPushButton*>(gps ? "ComAddGPS" : "ComAddKeyboard");
+            found = b != nullptr;
+            if (b) b->click();
+            r->ComOK->click();
+        });
+        f->ComProperties->click();
+        f->close();
+        EXPECT_TRUE(found);
+    };
+    auto popup = [](Navigator& n, bool gps) {
+        // The middle of the first leg.
+        n.PopupAt(DM(49, 57.5, -12, 7.5), gps ? "Append Point by GP&S" : "Append Point by &Keyboard");
+    };
+    cases[0].add = cases[1].add = window;
+    cases[2].add = cases[3].add = popup;
+    const LatLong typed = DM(50, 10.5, -11, 41.25);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Navigator n;
+        ASSERT_TRUE(n.Start());
+        PointDialog d;
+        if (c.gps) AnswerPointDialog(d, "Fix");
+        else AnswerPointDialog(d, "Typed", "50 10.5 N", "11 41.25 W");
+        c.add(n, c.gps);
+        ASSERT_TRUE(d.seen);
+        EXPECT_EQ(d.caption, "New Routepoint");
+        EXPECT_EQ(d.dbName, "Home run");
+        const Route* r = n.nav.routes.At(1);
+        ASSERT_EQ(r->Points.size(), 4u);
+        const Waypoint& p = r->Points[3];
+        EXPECT_EQ(p.Name, c.gps ? "Fix" : "Typed");
+        EXPECT_EQ(p.Number, 4);
+        LatLong want = c.gps ? n.vesselAt : typed;
+        EXPECT_NEAR(p.Position.Wgs84.Lat, want.Lat, 1e-6);
+        EXPECT_NEAR(p.Position.Wgs84.Long, want.Long, 1e-6);
+        // The new leg is drawn and measured like the others.
+        EXPECT_GT(r->Legs[2].Distance, 0.0);
+    }
+    // From the GPS with no vessel there is no position to take.
+    Navigator n;
+    ASSERT_TRUE(n.Start(false));
+    n.PopupAt(DM(49, 57.5, -12, 7.5), "Append Point by GP&S");
+    EXPECT_EQ(n.nav.routes.At(1)->Points.size(), 3u);
+    EXPECT_EQ(n.Asked(), std::vector<std::string>{"There is no vessel position to add: no vessel is active."});
 }
 
 }  // namespace
