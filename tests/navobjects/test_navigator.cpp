@@ -410,5 +410,47 @@ TEST(Navigator, RoutePointsAreAddedByKeyboardOrFromTheGps) {
     EXPECT_EQ(n.Asked(), std::vector<std::string>{"There is no vessel position to add: no vessel is active."});
 }
 
+// ---- The boundary window ------------------------------------------------
+
+// A mark edited inside the boundary window stays only if the window is
+// confirmed: Cancel and Esc put the marks back as they were.
+TEST(Navigator, LeavingTheBoundaryWindowWithoutOkUndoesItsMarkEdits) {
+    struct Case {
+        const char* name;
+        bool kept;
+        void (*leave)(FrmBoundary*);
+    } cases[] = {
+        {"OK", true, [](FrmBoundary* f) { f->ComOK->click(); }},
+        {"Cancel", false, [](FrmBoundary* f) { f->ComCancel->click(); }},
+        {"Esc", false, [](FrmBoundary* f) { f->reject(); }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Navigator n;
+        ASSERT_TRUE(n.Start());
+        const Waypoint before = n.nav.boundaries.At(1)->Marks[0];
+        n.Menu("MBoundariesView");
+        auto* list = n.Window<FrmBoundaryDB>("FrmBoundaryDB");
+        ASSERT_NE(list, nullptr);
+        list->PicBoundaries->selectRow(0);
+        PointDialog d;
+        WhenUp<FrmBoundary>([&d, &c](FrmBoundary* f) {
+            AnswerPointDialog(d, "Moved mark", "50 2.0 N", "12 3.0 W");
+            emit f->PicBoundaryMarks->cellDoubleClicked(0, 0);
+            c.leave(f);
+        });
+        list->ComProperties->click();
+        list->close();
+        ASSERT_TRUE(d.seen);
+        const Waypoint& now = n.nav.boundaries.At(1)->Marks[0];
+        EXPECT_EQ(now.Name, c.kept ? "Moved mark" : before.Name);
+        LatLong want = c.kept ? DM(50, 2, -12, 3) : before.Position.Wgs84;
+        EXPECT_NEAR(now.Position.Wgs84.Lat, want.Lat, 1e-6);
+        EXPECT_NEAR(now.Position.Wgs84.Long, want.Long, 1e-6);
+        // The chart's pixels of the mark follow what is kept.
+        EXPECT_EQ(now.Position.Pixel, n.plotter.charts().View.LocatePosition(want).Pixel);
+    }
+}
+
 }  // namespace
 }  // namespace ombra::test
