@@ -41,6 +41,8 @@ Routes::Routes(NavContext& ctx, const SymbolStrips& symbols, ActivePointWatch* w
 std::string Routes::PointName(int16_t route, int16_t index) { return ChainPointName(kRouteWords, route, index); }
 
 void Routes::ClearRecords() {
+    // As for waypoints: closing the database ends the route being followed.
+    if (ActiveRoute && watch_) watch_->ActiveRouteDeleted(true);
     PointChainStore::ClearRecords();
     ActiveRoute = ActivePoint = 0;
 }

@@ -60,6 +60,9 @@ const Waypoint* Waypoints::At(int16_t slot) const {
 }
 
 void Waypoints::ClearRecords() {
+    // The destination goes with the database that shows it: the vessel
+    // never steers to a waypoint that is no longer on the chart.
+    if (ActiveIndex && !ActiveIsRoutePoint && watch_) watch_->ActiveWaypointDeleted(true);
     List.clear();
     Selected = 0;
     NewIndex = 0;

@@ -452,5 +452,68 @@ TEST(Navigator, LeavingTheBoundaryWindowWithoutOkUndoesItsMarkEdits) {
     }
 }
 
+// ---- Databases changing under an active leg ------------------------------
+
+// The console never steers to a point that is no longer on the chart: a
+// GPX import asks before its databases replace the open ones, and any
+// store that closes the database holding the destination ends the leg.
+TEST(Navigator, AnImportOrAClosedDatabaseNeverLeavesTheConsoleSteeringToAPointNotShown) {
+    struct Case {
+        const char* name;
+        int16_t kind;         // the destination before: 1 waypoint, 2 route point
+        void (*act)(Navigator&);
+        int reply;            // the answer to the question asked, if any
+        int16_t kindAfter;
+        const char *waypointDb, *routeDb;  // what is open afterwards
+    } cases[] = {
+        {"GPX import declined", 2, nullptr, mb::No, 2, "Marks", "Passages"},
+        {"GPX import opened", 2, nullptr, mb::Yes, 0, "small", "small"},
+        {"GPX import opened, waypoint active", 1, nullptr, mb::Yes, 0, "small", "small"},
+        {"route database closed", 2, [](Navigator& n) { n.Menu("MRoutesClose"); }, mb::Yes, 0, "Marks", ""},
+        {"waypoint database closed", 1, [](Navigator& n) { n.Menu("MWayPtsClose"); }, mb::Yes, 0, "", "Passages"},
+        {"other store closed", 1, [](Navigator& n) { n.Menu("MRoutesClose"); }, mb::Yes, 1, "Marks", ""},
+    };
+    const std::string gpx = std::string(OMBRA_TEST_DATA) + "/navobjects/gpx/small.gpx";
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Navigator n;
+        ASSERT_TRUE(n.Start());
+        ASSERT_TRUE(n.nav.waypoints.SaveDB() && n.nav.routes.SaveDB());
+        ASSERT_TRUE(c.kind == 1 ? n.nav.activation.ActivateWaypoint(2) : n.nav.activation.ActivateRoute(1, 2));
+        n.dialogs.replies = {c.reply};
+        if (c.act) {
+            c.act(n);
+        } else {
+            bool chosen = false;
+            WhenUp<QFileDialog>([&chosen, gpx](QFileDialog* d) {
+                chosen = true;
+                d->selectFile(QString::fromStdString(gpx));
+                QMetaObject::invokeMethod(d, "accept");
+            });
+            n.Menu("MRoutesImportGPX");
+            ASSERT_TRUE(chosen);
+            // One question, naming what was made, before anything is opened.
+            std::vector<std::string> asked = n.Asked();
+            ASSERT_EQ(asked.size(), 1u);
+            EXPECT_TRUE(Has(asked[0], "2 waypoints into \"small\"")) << asked[0];
+            EXPECT_TRUE(Has(asked[0], "1 routes into \"small\"")) << asked[0];
+            EXPECT_TRUE(Has(asked[0], "Open")) << asked[0];
+            EXPECT_EQ(n.dialogs.asked.back().style, mb::YesNo | mb::Question);
+            // Made either way.
+            for (NavStore* st : std::initializer_list<NavStore*>{&n.nav.waypoints, &n.nav.routes}) {
+                bool listed = false;
+                for (const DBEntry& e : ReadIndex(st->IndexPath)) listed |= e.Name == "small";
+                EXPECT_TRUE(listed);
+            }
+        }
+        EXPECT_EQ(n.nav.waypoints.CurrentName, c.waypointDb);
+        EXPECT_EQ(n.nav.routes.CurrentName, c.routeDb);
+        EXPECT_EQ(n.Leg().Kind, c.kindAfter);
+        EXPECT_EQ(n.nav.waypoints.ActiveIndex, c.kindAfter == 1 ? 2 : 0);
+        EXPECT_EQ(n.nav.routes.ActiveRoute, c.kindAfter == 2 ? 1 : 0);
+        EXPECT_EQ(n.plotter.instruments().console.WPFrameCaption, c.kindAfter ? "Active Waypoint" : "No Active Waypoint");
+    }
+}
+
 }  // namespace
 }  // namespace ombra::test
