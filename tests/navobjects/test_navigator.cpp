@@ -170,6 +170,24 @@ struct Navigator {
     }
 };
 
+// The route window of route 1, opened from the route list as a navigator
+// opens it, with `act` run on it while it is up.
+void InRouteWindow(Navigator& n, std::function<void(FrmRoute*)> act) {
+    n.Menu("MRoutesView");
+    auto* f = n.Window<FrmRoutesDB>("FrmRoutesDB");
+    ASSERT_NE(f, nullptr);
+    f->PicRoutes->selectRow(0);
+    bool up = false;
+    WhenUp<FrmRoute>([act, &up](FrmRoute* r) {
+        up = true;
+        act(r);
+        r->ComOK->click();
+    });
+    f->ComProperties->click();
+    f->close();
+    EXPECT_TRUE(up);
+}
+
 // ---- Activation with the autopilot output on -----------------------------
 
 struct ActivationPath {
@@ -199,17 +217,10 @@ const ActivationPath kActivationPaths[] = {
      }},
     {"route window, second point", 2,
      [](Navigator& n) {
-         n.Menu("MRoutesView");
-         auto* f = n.Window<FrmRoutesDB>("FrmRoutesDB");
-         ASSERT_NE(f, nullptr);
-         f->PicRoutes->selectRow(0);
-         WhenUp<FrmRoute>([](FrmRoute* r) {
+         InRouteWindow(n, [](FrmRoute* r) {
              r->PicRoutePts->selectRow(1);
              r->ComActivate->click();
-             r->ComOK->click();
          });
-         f->ComProperties->click();
-         f->close();
      }},
     {"chart pop-up on a waypoint", 1, [](Navigator& n) { n.PopupAt(DM(50, 5, -12, 10), "&Activate"); }},
     {"chart pop-up on a route point", 2, [](Navigator& n) { n.PopupAt(DM(50, 0, -12, 0), "&Activate"); }},
@@ -222,34 +233,26 @@ const ActivationPath kActivationPaths[] = {
      }},
 };
 
+// With the output on, No leaves nothing active and Yes activates; with it
+// off (reply 0) nothing is asked.
 TEST(Navigator, EveryActivationAsksFirstWhileTheAutopilotOutputIsOn) {
     for (const ActivationPath& path : kActivationPaths) {
-        for (int reply : {mb::No, mb::Yes}) {
-            SCOPED_TRACE(std::string(path.name) + (reply == mb::Yes ? ", Yes" : ", No"));
+        for (int reply : {mb::No, mb::Yes, 0}) {
+            SCOPED_TRACE(std::string(path.name) + (reply == mb::Yes ? ", Yes" : reply ? ", No" : ", output off"));
             Navigator n;
             ASSERT_TRUE(n.Start());
-            n.plotter.instruments().settings.AutopilotActive = true;
-            n.dialogs.replies = {reply};
+            n.plotter.instruments().settings.AutopilotActive = reply != 0;
+            n.dialogs.replies = {reply ? reply : mb::No};
             path.activate(n);
             std::vector<std::string> asked = n.Asked();
-            ASSERT_EQ(asked.size(), 1u);
-            EXPECT_EQ(asked[0], kAutopilotQuestion);
-            EXPECT_EQ(n.dialogs.asked.back().style, mb::YesNo | mb::Question);
-            EXPECT_EQ(n.Leg().Kind, reply == mb::Yes ? path.kind : 0);
-            EXPECT_EQ(n.nav.waypoints.ActiveIndex != 0, reply == mb::Yes && path.kind == 1);
-            EXPECT_EQ(n.nav.routes.ActiveRoute != 0, reply == mb::Yes && path.kind == 2);
+            ASSERT_EQ(asked.size(), reply ? 1u : 0u);
+            if (reply) EXPECT_EQ(asked[0], kAutopilotQuestion);
+            if (reply) EXPECT_EQ(n.dialogs.asked.back().style, mb::YesNo | mb::Question);
+            bool on = reply != mb::No;
+            EXPECT_EQ(n.Leg().Kind, on ? path.kind : 0);
+            EXPECT_EQ(n.nav.waypoints.ActiveIndex != 0, on && path.kind == 1);
+            EXPECT_EQ(n.nav.routes.ActiveRoute != 0, on && path.kind == 2);
         }
-    }
-}
-
-TEST(Navigator, WithTheAutopilotOutputOffNothingIsAsked) {
-    for (const ActivationPath& path : kActivationPaths) {
-        SCOPED_TRACE(path.name);
-        Navigator n;
-        ASSERT_TRUE(n.Start());
-        path.activate(n);
-        EXPECT_TRUE(n.Asked().empty());
-        EXPECT_EQ(n.Leg().Kind, path.kind);
     }
 }
 
@@ -349,37 +352,15 @@ TEST(Navigator, AWaypointByKeyboardStartsAtTheVesselOrTheChartCentre) {
 TEST(Navigator, RoutePointsAreAddedByKeyboardOrFromTheGps) {
     struct Case {
         const char* name;
-        bool gps;
-        void (*add)(Navigator&, bool gps);
+        bool gps, popup;
     } cases[] = {
-        {"route window, keyboard", false, nullptr},
-        {"route window, GPS", true, nullptr},
-        {"leg pop-up, keyboard", false, nullptr},
-        {"leg pop-up, GPS", true, nullptr},
+        {"route window, keyboard", false, false},
+        {"route window, GPS", true, false},
+        {"leg pop-up, keyboard", false, true},
+        {"leg pop-up, GPS", true, true},
     };
-    auto window = [](Navigator& n, bool gps) {
-        n.Menu("MRoutesView");
-        auto* f = n.Window<FrmRoutesDB>("FrmRoutesDB");
-        ASSERT_NE(f, nullptr);
-        f->PicRoutes->selectRow(0);
-        bool found = false;
-        WhenUp<FrmRoute>([gps, &found](FrmRoute* r) {
-            auto* b = r->findChild<QPushButton*>(gps ? "ComAddGPS" : "ComAddKeyboard");
-            found = b != nullptr;
-            if (b) b->click();
-            r->ComOK->click();
-        });
-        f->ComProperties->click();
-        f->close();
-        EXPECT_TRUE(found);
-    };
-    auto popup = [](Navigator& n, bool gps) {
-        // The middle of the first leg.
-        n.PopupAt(DM(49, 57.5, -12, 7.5), gps ? "Append Point by GP&S" : "Append Point by &Keyboard");
-    };
-    cases[0].add = cases[1].add = window;
-    cases[2].add = cases[3].add = popup;
     const LatLong typed = DM(50, 10.5, -11, 41.25);
+    const LatLong firstLegMiddle = DM(49, 57.5, -12, 7.5);
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         Navigator n;
@@ -387,7 +368,15 @@ TEST(Navigator, RoutePointsAreAddedByKeyboardOrFromTheGps) {
         PointDialog d;
         if (c.gps) AnswerPointDialog(d, "Fix");
         else AnswerPointDialog(d, "Typed", "50 10.5 N", "11 41.25 W");
-        c.add(n, c.gps);
+        if (c.popup) {
+            n.PopupAt(firstLegMiddle, c.gps ? "Append Point by GP&S" : "Append Point by &Keyboard");
+        } else {
+            InRouteWindow(n, [&c](FrmRoute* r) {
+                auto* b = r->findChild<QPushButton*>(c.gps ? "ComAddGPS" : "ComAddKeyboard");
+                ASSERT_NE(b, nullptr);
+                b->click();
+            });
+        }
         ASSERT_TRUE(d.seen);
         EXPECT_EQ(d.caption, "New Routepoint");
         EXPECT_EQ(d.dbName, "Home run");
@@ -405,7 +394,7 @@ TEST(Navigator, RoutePointsAreAddedByKeyboardOrFromTheGps) {
     // From the GPS with no vessel there is no position to take.
     Navigator n;
     ASSERT_TRUE(n.Start(false));
-    n.PopupAt(DM(49, 57.5, -12, 7.5), "Append Point by GP&S");
+    n.PopupAt(firstLegMiddle, "Append Point by GP&S");
     EXPECT_EQ(n.nav.routes.At(1)->Points.size(), 3u);
     EXPECT_EQ(n.Asked(), std::vector<std::string>{"There is no vessel position to add: no vessel is active."});
 }
