@@ -53,6 +53,7 @@ void Activation::SetActiveLeg(const ActiveLeg& leg) {
 bool Activation::ActivateWaypoint(int16_t index) {
     const Waypoint* wp = waypoints_.At(index);
     if (!wp || !wp->Used() || !ctx_.chart.ChartOpen() || !ctx_.host.VesselActive()) return false;
+    if (!ctx_.host.ConfirmActivation()) return false;
     if (routes_.ActiveRoute != 0) DeactivateRoute(true);
     waypoints_.ActiveIndex = index;
     waypoints_.ActiveIsRoutePoint = false;
@@ -80,6 +81,7 @@ bool Activation::ActivateRoute(int16_t route, int16_t point) {
                             ctx_.globals.ProductName);
         return false;
     }
+    if (!ctx_.host.ConfirmActivation()) return false;
     if (waypoints_.ActiveIndex != 0) DeactivateWaypoint(true);
     if (point < 1 || point > int16_t(r->Points.size())) point = 1;
     routes_.ActiveRoute = route;

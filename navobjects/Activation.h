@@ -11,7 +11,9 @@
 // vessel, with no FromName. Activating a route (or one of its points, by
 // hand) needs an active vessel ("You have no active vessel. Routes cannot
 // be activated."), drops an active waypoint without a redraw, and starts
-// its first leg from the vessel too. The name is the point's without its
+// its first leg from the vessel too. Either asks the host first
+// (ConfirmActivation: the autopilot warning) and a refusal changes nothing;
+// moving on along the route does not ask. The name is the point's without its
 // route prefix: "R3.WP12" steers to "WP12".
 //
 // NextRoutePoint moves along the route: the new leg runs from the point

@@ -15,7 +15,7 @@ class ActivePointWatch {
 public:
     virtual ~ActivePointWatch() = default;
     // The active waypoint, or a point of the active route, or the active
-    // route itself, is about to be deleted. `noRedraw` is true when the
+    // route itself, is about to be deleted, or its database closed. `noRedraw` is true when the
     // caller redraws the chart itself afterwards.
     virtual void ActiveWaypointDeleted(bool noRedraw) = 0;
     virtual void ActiveRouteDeleted(bool noRedraw) = 0;

@@ -273,6 +273,8 @@ std::vector<PopupEntry> MouseTools::Popup(const Hit& hit) {
                  {"reverse", "&Reverse"},
                  {"insert", "&Insert Route Point"},
                  {"append", "A&ppend Route Points"},
+                 {"appendkeyboard", "Append Point by &Keyboard"},
+                 {"appendgps", "Append Point by GP&S"},
                  {"activate", rt_.ActiveRoute == hit.Index ? "De-&activate Route" : "&Activate Route"},
                  {"legkind", gc ? "Make Leg Rhumb &Line" : "Make Leg &Great Circle"}};
             break;
@@ -367,6 +369,8 @@ void MouseTools::RunPopup(const Hit& hit, const std::string& c) {
             else if (c == "reverse") rt_.ReverseRoute(i);
             else if (c == "insert") rt_.InsertRoutePoint(i, p, hit.Position);
             else if (c == "append") Begin(ToolAppendWaypoint, i);
+            else if (c == "appendkeyboard") rt_.AddRoutePointBy(i, AddBy::Keyboard);
+            else if (c == "appendgps") rt_.AddRoutePointBy(i, AddBy::GPS);
             else if (c == "activate") {
                 if (rt_.ActiveRoute == i) act_.DeactivateRoute(false);
                 else act_.ActivateRoute(i, 0);

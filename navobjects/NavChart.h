@@ -61,6 +61,9 @@ public:
 
     // Centres the view on a position, opening a suitable chart if needed.
     virtual void CentreOn(const LatLong& wgs84) = 0;
+    // The WGS84 position at the centre of the view (the last one shown
+    // while no chart is open).
+    virtual LatLong ViewCentre() = 0;
     // Whether the zoom buttons of the lists may be used (a chart is open
     // and the zoom mode allows it).
     virtual bool CanZoom() = 0;

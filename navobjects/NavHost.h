@@ -75,6 +75,11 @@ public:
     // The compass deviation for a magnetic course (the deviation card).
     virtual double Deviation(double /*magneticCourse*/) { return 0.0; }
     virtual bool VesselActive() { return false; }
+    // Asked before the vessel is set to steer to a new destination (a
+    // waypoint, a route, a route point chosen by hand); false when the
+    // navigator declines. The program asks while the autopilot output is
+    // on, since the new leg may turn the vessel hard.
+    virtual bool ConfirmActivation() { return true; }
     virtual LatLong VesselPos() { return {}; }
     // The console's active-leg rows are to be refreshed from ActiveLeg.
     virtual void ActiveLegChanged() {}

@@ -63,6 +63,10 @@ std::string NavStore::ViewCaption() const {
     return IsOpen() ? "&View '" + CurrentName + "' Database" : std::string("&View Current Database");
 }
 
+LatLong KeyboardStart(NavContext& ctx) {
+    return ctx.host.VesselActive() ? ctx.host.VesselPos() : ctx.chart.ViewCentre();
+}
+
 void NavStore::ClearAll() {
     ClearRecords();
     CurrentFile.clear();

@@ -22,6 +22,7 @@
 #include <functional>
 #include <string>
 
+#include "core/Types.h"
 #include "navobjects/CommonDB.h"
 
 namespace ombra {
@@ -67,6 +68,11 @@ struct ReadOutcome {
 using StoreRecordReader = std::function<void(TextRecordReader& r, StoreForm form, int* at)>;
 ReadOutcome ReadStoreFile(const std::string& text, std::string& name, const char* word,
                           const StoreRecordReader& readRecord, StoreForm* form = nullptr);
+
+// Where a point typed in by keyboard starts: at the vessel while it is
+// active, else at the centre of the chart in view, so that the navigator
+// edits a nearby position instead of typing one from 0° N 0° E.
+LatLong KeyboardStart(NavContext& ctx);
 
 // Removes the temporary files of saves that were cut off before their
 // rename (a crash, a power cut) from a store folder; the data files they

@@ -41,6 +41,8 @@ Routes::Routes(NavContext& ctx, const SymbolStrips& symbols, ActivePointWatch* w
 std::string Routes::PointName(int16_t route, int16_t index) { return ChainPointName(kRouteWords, route, index); }
 
 void Routes::ClearRecords() {
+    // As for waypoints: closing the database ends the route being followed.
+    if (ActiveRoute && watch_) watch_->ActiveRouteDeleted(true);
     PointChainStore::ClearRecords();
     ActiveRoute = ActivePoint = 0;
 }
@@ -119,8 +121,13 @@ void Routes::EndNewRoute(int16_t route) {
 int16_t Routes::AddRoutePointBy(int16_t route, AddBy how) {
     Route* r = At(route);
     if (!r || !r->Used()) return 0;
+    if (how == AddBy::GPS && !ctx_.host.VesselActive()) {
+        ctx_.dialogs.MsgBox("There is no vessel position to add: no vessel is active.", mb::Exclamation,
+                            ctx_.globals.ProductName);
+        return 0;
+    }
     Waypoint wp = NewNode(route, int16_t(r->Points.size() + 1));
-    if (how == AddBy::GPS) wp.Position.Wgs84 = ctx_.host.VesselPos();
+    wp.Position.Wgs84 = how == AddBy::GPS ? ctx_.host.VesselPos() : KeyboardStart(ctx_);
     WaypointDialogRequest req{"New Routepoint", "Route:", r->Name, wp};
     if (!ctx_.host.WaypointDialog(req)) return 0;
     int16_t index = AddRoutePoint(route, req.Record.Position.Wgs84);

@@ -69,7 +69,9 @@ public:
     // The route tool ended: a route without points is removed.
     void EndNewRoute(int16_t route);
     // A point at the end: by mouse at `pos`; by keyboard or GPS through the
-    // dialog ("New Routepoint", "Route:"). The new point's index, or 0.
+    // dialog ("New Routepoint", "Route:"), which opens at KeyboardStart or
+    // at the vessel (by GPS, refused while no vessel is active). The new
+    // point's index, or 0.
     int16_t AddRoutePoint(int16_t route, const LatLong& pos) { return AppendNode(route, pos); }
     int16_t AddRoutePointBy(int16_t route, AddBy how);
     // A point inserted into leg `leg` (between points leg and leg + 1).

@@ -60,6 +60,9 @@ const Waypoint* Waypoints::At(int16_t slot) const {
 }
 
 void Waypoints::ClearRecords() {
+    // The destination goes with the database that shows it: the vessel
+    // never steers to a waypoint that is no longer on the chart.
+    if (ActiveIndex && !ActiveIsRoutePoint && watch_) watch_->ActiveWaypointDeleted(true);
     List.clear();
     Selected = 0;
     NewIndex = 0;
@@ -126,7 +129,7 @@ int16_t Waypoints::AddWaypoint(AddBy how, const LatLong* clicked) {
     if (how == AddBy::Mouse) {
         if (clicked) rec.Position.Wgs84 = *clicked;
     } else {
-        if (how == AddBy::GPS) rec.Position.Wgs84 = ctx_.host.VesselPos();
+        rec.Position.Wgs84 = how == AddBy::GPS ? ctx_.host.VesselPos() : KeyboardStart(ctx_);
         WaypointDialogRequest req{"New Waypoint", "Database:", CurrentName, rec};
         if (!ctx_.host.WaypointDialog(req)) {
             if (appended) List.pop_back();

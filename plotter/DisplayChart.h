@@ -48,6 +48,7 @@ public:
     }
     bool HitLeg(const NavPoint& from, const NavPoint& to, bool greatCircle, ChartPoint screen, float tolerance) override;
     void CentreOn(const LatLong& wgs84) override;
+    LatLong ViewCentre() override { return display_.ViewCentre(); }
     bool CanZoom() override { return state_.IsOpen(); }
     void Redraw() override;
     Rgb LabelColour() override { return Display::OverlayColour(0, display_.PaletteMode); }

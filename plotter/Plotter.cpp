@@ -104,6 +104,11 @@ float PlotterNavHost::Variation(const LatLong& pos) { return p_.magVar_.Magnetic
 double PlotterNavHost::Deviation(double h) { return double(p_.deviation_.DeviationFor(float(h))); }
 bool PlotterNavHost::VesselActive() { return p_.instruments_.vessel.VesselActive(); }
 LatLong PlotterNavHost::VesselPos() { return p_.instruments_.vessel.vessel.Pos; }
+// The autopilot output's warning, whichever window or tool activates.
+bool PlotterNavHost::ConfirmActivation() {
+    return ConfirmActivateWithAutopilot(p_.instruments_.settings.AutopilotActive, p_.services_.dialogs,
+                                        p_.globals_.ProductName);
+}
 void PlotterNavHost::ActiveLegChanged() {
     p_.instruments_.vessel.UpdateWaypointConsole();
     p_.services_.shell.ConsoleChanged();

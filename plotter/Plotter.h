@@ -170,6 +170,7 @@ public:
     double Deviation(double magneticCourse) override;
     bool VesselActive() override;
     LatLong VesselPos() override;
+    bool ConfirmActivation() override;
     void ActiveLegChanged() override;
 
 private:

@@ -51,6 +51,7 @@ FrmBoundary::FrmBoundary(QWidget* owner, Boundaries& store, NavChart& chart, int
     setObjectName("FrmBoundary");
     setWindowTitle(Q("Boundary " + Format(boundary, "000")));
     const Boundary* b = store_.At(boundary_);
+    if (b) marksAtOpen_ = b->Marks;
     TxtName = new QLineEdit(b ? Q(b->Name) : QString(), this);
     TxtName->setObjectName("TxtName");
     TxtDescription = new QLineEdit(b ? Q(b->Description) : QString(), this);
@@ -112,7 +113,16 @@ void FrmBoundary::ConnectControls() {
         chart_.Redraw();
         accept();
     });
-    connect(ComCancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(ComCancel, &QPushButton::clicked, this, &FrmBoundary::reject);
+}
+
+void FrmBoundary::reject() {
+    if (Boundary* x = store_.At(boundary_); x && x->Used()) {
+        x->Marks = marksAtOpen_;
+        x->SyncCount();
+        chart_.Redraw();
+    }
+    QDialog::reject();
 }
 
 void FrmBoundary::Refill() {

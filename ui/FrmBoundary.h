@@ -14,6 +14,9 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableWidget>
+#include <vector>
+
+#include "navobjects/Waypoint.h"
 
 namespace ombra {
 
@@ -25,6 +28,9 @@ class FrmBoundary : public QDialog {
 public:
     FrmBoundary(QWidget* owner, Boundaries& store, NavChart& chart, int16_t boundary);
     void Refill();
+    // Cancel, Esc or the close box: the marks go back to what they were
+    // when the window opened, since their edits are applied as they are made.
+    void reject() override;
 
     QLineEdit *TxtName, *TxtDescription;
     QCheckBox* ChkFilled;
@@ -38,6 +44,7 @@ private:
     Boundaries& store_;
     NavChart& chart_;
     int16_t boundary_;
+    std::vector<Waypoint> marksAtOpen_;
 };
 
 class FrmBoundaryDB : public QDialog {

@@ -45,6 +45,8 @@ FrmRoute::FrmRoute(QWidget* owner, Routes& store, Activation& activation, NavCha
     ComProperties = button("ComProperties", "&Properties");
     ComExport = button("ComExport", "E&xport to GPS");
     ComZoom = button("ComZoom", "&Zoom");
+    ComAddKeyboard = button("ComAddKeyboard", "Add by &Keyboard");
+    ComAddGPS = button("ComAddGPS", "Add by &GPS");
     LayOut();
     ConnectControls();
     Refill();
@@ -69,7 +71,8 @@ void FrmRoute::LayOut() {
     layout->addLayout(form);
     layout->addLayout(lists, 1);
     layout->addWidget(LabTotal);
-    OkCancel buttons = AddOkCancel(this, layout, {ComActivate, ComDelete, ComProperties, ComExport, ComZoom});
+    OkCancel buttons =
+        AddOkCancel(this, layout, {ComActivate, ComDelete, ComProperties, ComAddKeyboard, ComAddGPS, ComExport, ComZoom});
     ComOK = buttons.ok;
     ComCancel = buttons.cancel;
 }
@@ -101,6 +104,11 @@ void FrmRoute::ConnectControls() {
         if (SelectedPoint()) store_.EditRoutePoint(route_, SelectedPoint());
         Refill();
     });
+    for (auto [b, how] : {std::pair{ComAddKeyboard, AddBy::Keyboard}, std::pair{ComAddGPS, AddBy::GPS}})
+        connect(b, &QPushButton::clicked, this, [this, how = how] {
+            store_.AddRoutePointBy(route_, how);
+            Refill();
+        });
     connect(ComExport, &QPushButton::clicked, this, [this] {
         if (ExportToGps) ExportToGps(route_);
     });

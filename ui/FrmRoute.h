@@ -4,7 +4,8 @@
 // "Leg", "RL/GC", "Bearing", "Range"; a click on a leg's RL/GC cell swaps
 // it), the total distance, and the commands on the chosen point:
 // ComActivate ("&Activate" / "&De-activate"), ComDelete, ComProperties,
-// ComExport (the route to the GPS), ComZoom. Its passage planning tab
+// ComExport (the route to the GPS), ComZoom; and a point added at the end
+// by keyboard or from the GPS (ComAddKeyboard, ComAddGPS). Its passage planning tab
 // belongs to the tides work and is added there.
 #pragma once
 #include <QCheckBox>
@@ -36,6 +37,8 @@ public:
     QTableWidget *PicRoutePts, *PicLegs;
     QLabel* LabTotal;
     QPushButton *ComActivate, *ComDelete, *ComProperties, *ComExport, *ComZoom, *ComOK, *ComCancel;
+    // A point at the end, typed in or at the vessel's position.
+    QPushButton *ComAddKeyboard, *ComAddGPS;
 
 private:
     void LayOut();

@@ -154,6 +154,24 @@ void NavObjectCommands::ImportGpx() {
         dialogs_.MsgBox(why, mb::Exclamation, product);
         return;
     }
+    std::string text = "GPX file imported:";
+    if (!r.WaypointDb.empty()) text += "\n" + std::to_string(r.Waypoints) + " waypoints into \"" + r.WaypointDb + "\"";
+    if (!r.RouteDb.empty()) text += "\n" + std::to_string(r.Routes) + " routes into \"" + r.RouteDb + "\"";
+    if (!r.TrackFile.empty()) text += "\n" + std::to_string(r.TrackPoints) + " track points into " + r.TrackFile;
+    if (r.Skipped) text += "\n" + std::to_string(r.Skipped) + " points without a usable position were skipped";
+    if (!r.Warning.empty()) text += "\n" + r.Warning;
+    if (r.WaypointDb.empty() && r.RouteDb.empty()) {
+        dialogs_.MsgBox(text, mb::Information, product);
+        return;
+    }
+    // The new databases are made; whether they replace the open ones is the
+    // navigator's choice, and what is being steered to goes with its database.
+    text += "\n\nOpen the imported databases now, in place of the open ones?";
+    const bool waypointGoes = !r.WaypointDb.empty() && nav_.waypoints.ActiveIndex;
+    const bool routeGoes = !r.RouteDb.empty() && nav_.routes.ActiveRoute;
+    if (waypointGoes) text += "\nThe active waypoint will be de-activated.";
+    if (routeGoes) text += "\nThe active route will be de-activated.";
+    if (dialogs_.MsgBox(text, mb::YesNo | mb::Question, product) != mb::Yes) return;
     auto open = [](NavStore& store, const std::string& name) {
         if (name.empty()) return;
         store.SaveDB();
@@ -170,13 +188,6 @@ void NavObjectCommands::ImportGpx() {
     MenuCaptionsChanged();
     ListsChanged();
     nav_.ctx.chart.Redraw();
-    std::string text = "GPX file imported:";
-    if (!r.WaypointDb.empty()) text += "\n" + std::to_string(r.Waypoints) + " waypoints into \"" + r.WaypointDb + "\"";
-    if (!r.RouteDb.empty()) text += "\n" + std::to_string(r.Routes) + " routes into \"" + r.RouteDb + "\"";
-    if (!r.TrackFile.empty()) text += "\n" + std::to_string(r.TrackPoints) + " track points into " + r.TrackFile;
-    if (r.Skipped) text += "\n" + std::to_string(r.Skipped) + " points without a usable position were skipped";
-    if (!r.Warning.empty()) text += "\n" + r.Warning;
-    dialogs_.MsgBox(text, mb::Information, product);
 }
 
 namespace {

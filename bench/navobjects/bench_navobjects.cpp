@@ -38,6 +38,7 @@ public:
     ChartPoint ToScreen(ChartPoint c) override { return c; }
     double ScreenPixelsPerNM(int16_t) override { return 10.0; }
     bool ScreenToPosition(ChartPoint, LatLong&) override { return false; }
+    LatLong ViewCentre() override { return {}; }
     void DrawRhumbLine(Canvas& c, const NavPoint& a, const NavPoint& b, bool label, int16_t, double) override {
         c.Line(a.Pixel[0], b.Pixel[0]);
         if (label) c.Text(a.Pixel[0], "045 °T 12.300 NM RL");

@@ -98,7 +98,7 @@ TEST(OutputPort, AChangeOrAnOpenPortInBetweenIsToldAgain) {
         f.ports.written.clear();
         f.ins.output.NmeaOutput(1);
         f.ins.output.NmeaOutput(1);
-        EXPECT_EQ(f.Messages().size(), s.messages);
+        ASSERT_EQ(f.Messages().size(), s.messages);
         EXPECT_EQ(!f.ports.Written(f.ins.settings.GPSPort).empty(), s.written);
     }
     EXPECT_EQ(f.Messages().back(), kCannotOpen);

@@ -54,6 +54,8 @@ public:
                          const std::string& label) override;
     bool HitLeg(const NavPoint& from, const NavPoint& to, bool greatCircle, ChartPoint screen, float tolerance) override;
     void CentreOn(const LatLong& p) override { centred.push_back(p); }
+    LatLong centre{-5.5 * 3600, 50.5 * 3600};
+    LatLong ViewCentre() override { return centre; }
     bool CanZoom() override { return open; }
     void Redraw() override { ++redraws; }
     Rgb LabelColour() override { return MakeRgb(0, 0, 0); }

@@ -117,6 +117,7 @@ TEST(GpsTransfer, MagellanWaitsForTheChecksumReply) {
     EXPECT_FALSE(gps.ExportRouteToGPS(r, 2));
     EXPECT_EQ(set.written.size(), 1u);
     EXPECT_NEAR(w.clock.Timer() - before, 5.0, 0.05);
+    ASSERT_FALSE(w.Messages().empty());
     EXPECT_EQ(w.Messages().back(), kGpsProblemMessage);
     // A wrong reply fails too.
     set.written.clear();
@@ -134,6 +135,7 @@ TEST(GpsTransfer, AClosedPortEndsAtOnceAndOtherSetsAreNotWaitedFor) {
     a.Name = "A";
     EXPECT_FALSE(gps.ExportWaypointsToGPS({&a}, 3));
     EXPECT_TRUE(set.written.empty());
+    ASSERT_FALSE(w.Messages().empty());
     EXPECT_EQ(w.Messages().back(), kGpsProblemMessage);
     EXPECT_EQ(w.dialogs.asked.back().style, mb::Exclamation);
     set.opens = true;
@@ -141,7 +143,7 @@ TEST(GpsTransfer, AClosedPortEndsAtOnceAndOtherSetsAreNotWaitedFor) {
     Waypoint freeSlot;
     double before = w.clock.Timer();
     EXPECT_TRUE(gps.ExportWaypointsToGPS({&a, &freeSlot, &a}, 3));
-    EXPECT_EQ(set.written.size(), 2u);  // the free slot is skipped
+    ASSERT_EQ(set.written.size(), 2u);  // the free slot is skipped
     EXPECT_EQ(set.written[0], "$GPWPL,0000.000,N,00000.000,E,0001         A \r\n");
     EXPECT_EQ(w.clock.Timer(), before);
 }

@@ -44,7 +44,7 @@ TEST_F(RouteStore, EveryFormReads) {
         ReadOutcome r = ReadRouteFile(NavData("routes/" + file), dbName, list, &got);
         EXPECT_EQ(formNames[int(got)], form);
         EXPECT_EQ(dbName, name);
-        EXPECT_EQ(int(list.size()), routes);
+        ASSERT_EQ(int(list.size()), routes);
         EXPECT_EQ(r.whole, whole == 1) << r.fault;
         ASSERT_FALSE(list.empty());
         EXPECT_EQ(int(list[0].Points.size()), points);

@@ -36,7 +36,7 @@ TEST_F(Tools, RouteToolPlacesPointsUntilADoubleClick) {
     EXPECT_TRUE(nav.tools.DoubleClick(At(DM(50, 20, -5, 0))));
     EXPECT_EQ(Tool(), 0);
     ASSERT_EQ(nav.routes.Count(), 1);
-    EXPECT_EQ(nav.routes.At(1)->Points.size(), 3u);
+    ASSERT_EQ(nav.routes.At(1)->Points.size(), 3u);
     EXPECT_EQ(nav.routes.At(1)->Points[1].Position.Wgs84, DM(50, 10, -5, 0));
     nav.tools.CreateRoute();  // ended before its first point: gone
     nav.tools.End();

@@ -37,9 +37,9 @@ TEST_F(TrackTest, FilesReadAsTracks) {
         if (std::string(c.file) != "missing.trk") WriteFile(path, bytes = NavData(std::string("tracks/") + c.file));
         int redraws = world.chart.redraws;
         t.ReadTrackFile(path);
-        EXPECT_EQ(t.Track.size(), c.segments);
+        ASSERT_EQ(t.Track.size(), c.segments);
         EXPECT_EQ(t.PointCount(), c.points);
-        EXPECT_EQ(world.Errors().size(), c.message ? 1u : 0u);
+        ASSERT_EQ(world.Errors().size(), c.message ? 1u : 0u);
         EXPECT_EQ(world.chart.redraws, redraws + 1);
         if (c.message) {
             EXPECT_TRUE(Has(world.Errors()[0], "line 4.")) << world.Errors()[0];

@@ -34,7 +34,7 @@ TEST_F(Windows, WayPointDialogTakesTypedValuesAndRefusesABadPosition) {
     FrmWayPoint f(nullptr, nav.symbols, w.units, w.dialogs, w.globals.ProductName, req);
     EXPECT_EQ(f.windowTitle(), "Edit Way Point");
     EXPECT_EQ(f.LabDbName->text(), "Marks");
-    EXPECT_EQ(f.ListIcons->count(), 37);
+    ASSERT_EQ(f.ListIcons->count(), 37);
     EXPECT_EQ(f.ListIcons->item(36)->text(), "Man Overboard");
     EXPECT_EQ(f.TxtRange->text(), "0.500");
     f.TxtName->setText("Pier head, east");
