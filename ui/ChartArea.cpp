@@ -105,7 +105,8 @@ void ChartArea::mouseMoveEvent(QMouseEvent* e) {
     }
 }
 
-void ChartArea::mouseReleaseEvent(QMouseEvent*) {
+void ChartArea::mouseReleaseEvent(QMouseEvent* e) {
+    if (e->button() == Qt::LeftButton && OnRelease) OnRelease(PointOf(e->position()));
     if (!pressed_) return;
     pressed_ = false;
     charts_.View.EndDrag();

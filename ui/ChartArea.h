@@ -44,6 +44,8 @@ public:
     std::function<bool(ChartPoint, bool, const LatLong&, int button, bool doubleClick)> OnClick;
     // Whether the chart may be dragged now (false while a tool is active).
     std::function<bool()> DragAllowed;
+    // The left button let go over the chart (ends a drag of the vessel).
+    std::function<void(ChartPoint)> OnRelease;
 
 protected:
     void paintEvent(QPaintEvent* e) override;

@@ -44,6 +44,7 @@ public:
     // a tool or the pop-up took the click (the chart is then not dragged).
     bool ChartClick(ChartPoint screen, int button, bool doubleClick);
     void ChartMove(ChartPoint screen);
+    void ChartRelease(ChartPoint screen);
     bool DragAllowed() const;
 
     // The three list windows.
