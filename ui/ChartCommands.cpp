@@ -19,6 +19,7 @@ ChartCommands::ChartCommands(FrmMain& main, Plotter& plotter) : main_(main), p_(
     area_->setObjectName("PicNavCanvas");
     main_.SetChartWidget(area_);
     area_->OnMouseMove = [this](ChartPoint, bool onPlan, const LatLong& pos) { p_.SetChartCursor(onPlan, pos); };
+    area_->ZoomRectWanted = [this] { return p_.registry().IsTrue(Key::ZoomRect); };
 }
 
 void ChartCommands::WarningsChanged() { main_.SetWarnings(Q(p_.charts().View.WarningText())); }

@@ -309,3 +309,45 @@ TEST(LastView, TheViewLeftAtExitIsTheViewAtTheNextStart) {
 
 }  // namespace
 }  // namespace ombra::test
+
+namespace ombra::test {
+namespace {
+
+// On a zoomed-out view the area that the full chart would show about the
+// cursor is outlined while "Show zoom area rectangle" is on; a double click
+// zooms in to it.
+TEST(ZoomArea, OutlinedOnTheZoomedOutViewAndZoomedIntoByADoubleClick) {
+    for (bool shown : {true, false}) {
+        SCOPED_TRACE(shown);
+        TempDir dir;
+        MemorySettings store;
+        ViewWindow w(dir, store);
+        w.Open();
+        OptionsValues o = LoadOptions(w.plotter.registry(), w.plotter.units());
+        o.ShowZoomRect = shown;
+        w.plotter.ApplyOptions(o);
+        Display& view = w.plotter.charts().View;
+        view.SetPixelSize(32);  // a quarter: the full chart's view is a quarter of this one across
+        w.Settle();
+        const QPointF at(w.Area().width() / 2.0, w.Area().height() / 2.0);
+        LatLong under;
+        ASSERT_TRUE(view.ScreenToPosition({int32_t(at.x()), int32_t(at.y())}, under));
+        w.Hover(at);
+        w.Settle();
+        QImage shot = w.Area().grab().toImage();
+        // The outline's left side, a quarter of the view's width wide about the cursor.
+        const int left = int(at.x()) - w.Area().width() / 8;
+        int differs = 0;
+        for (int dy = -20; dy <= 20; ++dy)
+            differs += (shot.pixel(left, int(at.y()) + dy) & 0xFFFFFF) != (w.Area().Store().pixel(left, int(at.y()) + dy) & 0xFFFFFF);
+        EXPECT_EQ(differs > 20, shown) << differs;
+        QMouseEvent dbl(QEvent::MouseButtonDblClick, at, w.Area().mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                        Qt::NoModifier);
+        QApplication::sendEvent(&w.Area(), &dbl);
+        EXPECT_EQ(view.PixelSize, 128);
+        ExpectAt(view.ViewCentre(), under);
+    }
+}
+
+}  // namespace
+}  // namespace ombra::test
