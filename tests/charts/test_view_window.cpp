@@ -1,8 +1,7 @@
-// The chart view of the running window under the offscreen platform, as a
-// navigator uses it: the vessel placed and dragged by hand, the View menu's
-// label entries, the options that change what the view shows, the cursor's
-// position on the information line, and the view kept from one start to
-// the next.
+// The chart view of the running window (offscreen) as a navigator uses it:
+// the vessel placed and dragged by hand, labels and course texts, the
+// options that change what the view shows, the cursor's position on the
+// information line, the zoom area, and the view kept from start to start.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -10,9 +9,9 @@
 #include <QMouseEvent>
 
 #include "core/GenFuncs.h"
-#include "core/Val.h"
 #include "navobjects/MouseTools.h"
 #include "platform/fake/ManualClock.h"
+#include "platform/fake/RecordingCanvas.h"
 #include "platform/qt/QtServices.h"
 #include "plotter/Plotter.h"
 #include "tests/charts/ChartFixture.h"
@@ -23,20 +22,12 @@
 namespace ombra::test {
 namespace {
 
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "test";
-    static char* argv[] = {name, nullptr};
-    static QApplication* app = new QApplication(argc, argv);  // kept to the end of the process
-    return *app;
-}
-
 LatLong DM(int latDeg, double latMin, int lonDeg, double lonMin) {
     return {(lonDeg < 0 ? -1 : 1) * (std::abs(lonDeg) * 3600.0 + lonMin * 60.0), latDeg * 3600.0 + latMin * 60.0};
 }
 
-// A plotter in its window over a settings store that outlives it (so a
-// second start reads what the first one left), with the test chart open.
+// A plotter in its window, over a store that may outlive it, with the test
+// chart installed (and opened by Open, centred on 50° N 12° W).
 struct ViewWindow {
     TempDir& dir;
     MemorySettings& store;
@@ -46,62 +37,53 @@ struct ViewWindow {
     NoEvents events;
     QtShell shell{windowDialogs, true};
     Plotter plotter{{store, dialogs, clock, events, shell}};
-    ViewWindow(TempDir& d, MemorySettings& s, const FixtureChart& chart = DefaultFixture(), bool install = true)
-        : dir(d), store(s) {
-        App();
+    ViewWindow(TempDir& d, MemorySettings& s, FixtureChart chart = DefaultFixture(), bool install = true) : dir(d), store(s) {
+        static int argc = 1;
+        static char name[] = "test", *argv[] = {name, nullptr};
+        if (!qApp) new QApplication(argc, argv);  // kept to the end of the process
         shell.SetPlotter(&plotter);
-        clock.now = DateTime{2026, 11, 25, 10, 0, 0, 0};
         EXPECT_TRUE(plotter.Start("NOSPLASH", dir / "ombra", dir / "home", dir / "none"));
-        std::string why;
-        // This home has no variation model: its one message comes now, not
-        // in the middle of a question a test answers.
+        // No variation model here: its one message now, not amid a test's questions.
         plotter.magVar().MagneticVariation(DM(50, 0, -12, 0));
+        std::string why;
         if (install) EXPECT_TRUE(InstallFixtureChart(plotter.charts(), plotter.charts().Root(), chart, "20240601", &why)) << why;
-        Settle();
-    }
-    // A second of the main timer.
-    void Second() {
-        for (int i = 0; i < 10; ++i) {
-            plotter.Tick();
-            clock.Advance(0.1);
-        }
     }
     void Open() {
         plotter.OpenChartNumber("1234A");
-        ASSERT_TRUE(plotter.charts().Charts.ChartIsOpen());
         plotter.charts().View.CentreOnPosition(DM(50, 0, -12, 0));
         Settle();
     }
-    void Settle() {
-        for (int i = 0; i < 5; ++i) QApplication::processEvents();
-    }
+    void Settle() { for (int i = 0; i < 5; ++i) QApplication::processEvents(); }
     FrmMain& Main() { return *shell.Main(); }
     ChartArea& Area() { return *Main().findChild<ChartArea*>("PicNavCanvas"); }
     QAction* Action(const char* control) { return Main().Action(control); }
     QPointF ScreenOf(const LatLong& p) {
         Display& v = plotter.charts().View;
-        NavPoint np = v.LocatePosition(p);
-        size_t plan = size_t(std::max<int16_t>(v.DisplayedPlan, 0));
-        EXPECT_TRUE(np.In(plan));
-        ChartPoint s = v.ChartToScreen(np.Pixel[plan]);
+        ChartPoint s = v.ChartToScreen(v.LocatePosition(p).Pixel[0]);
         return QPointF(s.x, s.y);
     }
-    void Mouse(QEvent::Type type, QPointF at, Qt::MouseButton button = Qt::LeftButton) {
-        Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::MouseButtons(button);
-        if (type == QEvent::MouseMove) held = Qt::LeftButton;
-        QMouseEvent e(type, at, Area().mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : button, held,
+    // Press, Move (button held), Release or hover (NoButton) at a point.
+    void Mouse(QEvent::Type type, QPointF at, Qt::MouseButtons held = Qt::LeftButton) {
+        Qt::MouseButton b = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+        QMouseEvent e(type, at, Area().mapToGlobal(at), b, type == QEvent::MouseButtonRelease ? Qt::NoButton : held,
                       Qt::NoModifier);
         QApplication::sendEvent(&Area(), &e);
     }
-    void Hover(QPointF at) {
-        QMouseEvent e(QEvent::MouseMove, at, Area().mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-        QApplication::sendEvent(&Area(), &e);
-    }
     const Vessel& V() { return plotter.instruments().vessel.vessel; }
-    bool AskedLast(const std::string& text) const { return !dialogs.asked.empty() && dialogs.asked.back().text == text; }
+    std::string LastAsked() const { return dialogs.asked.empty() ? "" : dialogs.asked.back().text; }
+    void Options(const std::function<void(OptionsValues&)>& edit) {
+        OptionsValues o = LoadOptions(plotter.registry(), plotter.units());
+        edit(o);
+        plotter.ApplyOptions(o);
+    }
+    bool DeadReckon(const char* speed) {
+        VesselDialogValues v = LoadVesselDialog(plotter.instruments().vessel, plotter.units());
+        v.DR = true, v.Course = "90", v.Speed = speed;
+        return plotter.ApplyVesselDialog(v);
+    }
 };
 
-// Within a pixel or two of the chart (3 seconds of arc a pixel here).
+// Within a pixel or two of the chart (about 3 seconds of arc a pixel).
 void ExpectAt(const LatLong& got, const LatLong& want) {
     EXPECT_NEAR(got.Lat, want.Lat, 8.0);
     EXPECT_NEAR(got.Long, want.Long, 8.0);
@@ -113,12 +95,9 @@ TEST(VesselTool, PlacedFromTheMenuDraggedAndPlacedFromThePopUp) {
     ViewWindow w(dir, store);
     w.Open();
     const LatLong p1 = DM(50, 2, -12, 3), p2 = DM(49, 58, -11, 56), p3 = DM(50, 4, -12, 6);
-
-    // Vessel > Place Vessel from mode None: the tool and its prompt, then a click.
     QAction* place = w.Action("MPlaceVessel");
-    ASSERT_NE(place, nullptr);
-    ASSERT_TRUE(place->isEnabled());
-    place->trigger();
+    ASSERT_TRUE(place && place->isEnabled());
+    place->trigger();  // from mode None: the tool, its prompt, then a click
     EXPECT_EQ(w.plotter.globals().CurrentTool, ToolVessel);
     EXPECT_EQ(w.Main().InfoPanelText(1), "Single Click on chart to place Vessel");
     w.Mouse(QEvent::MouseButtonPress, w.ScreenOf(p1));
@@ -126,31 +105,19 @@ TEST(VesselTool, PlacedFromTheMenuDraggedAndPlacedFromThePopUp) {
     EXPECT_EQ(w.V().Mode, 1);
     ExpectAt(w.V().Pos, p1);
     EXPECT_EQ(w.plotter.globals().CurrentTool, ToolPointer);
-    EXPECT_EQ(w.Main().InfoPanelText(1), "");
-
-    // Dragged: the vessel follows the mouse, the dead reckoning waits, and
-    // the drop asks; No puts it back, Yes leaves it.
-    struct Drag {
-        int reply;
-        LatLong to, ends;
-    };
-    for (Drag d : {Drag{mb::No, p2, p1}, Drag{mb::Yes, p2, p2}}) {
-        w.dialogs.replies = {d.reply};
-        LatLong from = w.V().Pos;
-        w.Mouse(QEvent::MouseButtonPress, w.ScreenOf(from));
-        EXPECT_EQ(w.plotter.globals().CurrentTool, ToolVessel);
+    // Dragged: it follows the mouse, dead reckoning waits, the drop asks; No puts it back.
+    for (auto [reply, ends] : {std::pair{mb::No, p1}, std::pair{mb::Yes, p2}}) {
+        w.dialogs.replies = {reply};
         LatLong centre = w.plotter.charts().View.ViewCentre();
-        w.Mouse(QEvent::MouseMove, w.ScreenOf(d.to));
-        ExpectAt(w.V().Pos, d.to);
+        w.Mouse(QEvent::MouseButtonPress, w.ScreenOf(w.V().Pos));
+        w.Mouse(QEvent::MouseMove, w.ScreenOf(p2));
         w.plotter.Tick();
-        ExpectAt(w.V().Pos, d.to);
-        w.Mouse(QEvent::MouseButtonRelease, w.ScreenOf(d.to));
-        EXPECT_TRUE(w.AskedLast("Do you wish to move this Vessel."));
-        ExpectAt(w.V().Pos, d.ends);
-        EXPECT_EQ(w.plotter.charts().View.ViewCentre(), centre);  // the chart itself was not dragged
-        EXPECT_EQ(w.plotter.globals().CurrentTool, ToolPointer);
+        ExpectAt(w.V().Pos, p2);
+        w.Mouse(QEvent::MouseButtonRelease, w.ScreenOf(p2));
+        EXPECT_EQ(w.LastAsked(), "Do you wish to move this Vessel.");
+        ExpectAt(w.V().Pos, ends);
+        EXPECT_EQ(w.plotter.charts().View.ViewCentre(), centre);  // the chart was not dragged
     }
-
     // FILE DR: leaving it is asked first, from the menu and the pop-up alike.
     MouseTools& tools = w.plotter.nav().tools;
     Hit here;
@@ -158,133 +125,152 @@ TEST(VesselTool, PlacedFromTheMenuDraggedAndPlacedFromThePopUp) {
     w.plotter.instruments().vessel.SetVesselMode(5);
     w.dialogs.replies = {mb::No};
     place->trigger();
-    EXPECT_TRUE(w.AskedLast("Do you wish to cancel FILE DR mode."));
+    EXPECT_EQ(w.LastAsked(), "Do you wish to cancel FILE DR mode.");
     EXPECT_EQ(w.plotter.globals().CurrentTool, ToolPointer);
-    EXPECT_EQ(w.V().Mode, 5);
-    bool offered = false;
-    for (const PopupEntry& e : tools.Popup(here)) offered |= e.Command == "placevessel";
-    ASSERT_TRUE(offered);
+    auto offered = [&] {
+        bool found = false;
+        for (const PopupEntry& e : tools.Popup(here)) found |= e.Command == "placevessel";
+        return found;
+    };
+    ASSERT_TRUE(offered());
     w.dialogs.replies = {mb::Yes};
     tools.RunPopup(here, "placevessel");
     EXPECT_EQ(w.V().Mode, 1);
     ExpectAt(w.V().Pos, p3);
-
     // A GPS mode places the vessel itself: no entry, no tool.
     w.plotter.instruments().vessel.vessel.Mode = 2;
     emit w.Main().findChild<QMenu*>("MVessel")->aboutToShow();
     EXPECT_FALSE(place->isEnabled());
-    for (const PopupEntry& e : tools.Popup(here)) EXPECT_NE(e.Command, "placevessel");
-}
-
-// Dead reckoning chosen in Vessel Properties from mode None starts on the
-// chart in view, with the vessel tool ready to put it where it is.
-TEST(VesselTool, DeadReckoningFromNoneStartsOnTheChart) {
-    TempDir dir;
-    MemorySettings store;
-    ViewWindow w(dir, store);
-    w.Open();
-    VesselDialogValues v = LoadVesselDialog(w.plotter.instruments().vessel, w.plotter.units());
-    v.DR = true;
-    v.Course = "90";
-    v.Speed = "6";
-    ASSERT_TRUE(w.plotter.ApplyVesselDialog(v));
-    EXPECT_EQ(w.V().Mode, 1);
+    EXPECT_FALSE(offered());
+    // Dead reckoning chosen from None starts on the chart, the tool ready.
+    w.plotter.instruments().vessel.SetVesselMode(0);
+    ASSERT_TRUE(w.DeadReckon("6"));
     ExpectAt(w.V().Pos, w.plotter.charts().View.ViewCentre());
     EXPECT_EQ(w.plotter.globals().CurrentTool, ToolVessel);
 }
 
-TEST(ViewMenu, LabelsAndRouteIconsAreLiveAndTicked) {
-    TempDir dir;
-    MemorySettings store;
-    ViewWindow w(dir, store);
-    struct Case {
-        const char* control;
-        int16_t labelMode;
-        bool iconsOff;
-    };
-    for (Case c : {Case{"MLabelsOn", 1, false}, Case{"MRtIconsOff", 1, true}, Case{"MLabelsOff", 2, true},
-                   Case{"MRtIconsDefault", 2, false}, Case{"MLabelsDefault", 0, false}}) {
-        SCOPED_TRACE(c.control);
-        QAction* a = w.Action(c.control);
-        ASSERT_NE(a, nullptr);
-        ASSERT_TRUE(a->isEnabled());
-        a->trigger();
-        EXPECT_TRUE(a->isChecked());
-        EXPECT_EQ(w.plotter.nav().ctx.chart.LabelOverride(), c.labelMode);
-        EXPECT_EQ(w.plotter.nav().ctx.chart.RouteIconsOff(), c.iconsOff);
-        EXPECT_EQ(w.Action(c.labelMode == 1 ? "MLabelsOn" : c.labelMode == 2 ? "MLabelsOff" : "MLabelsDefault")->isChecked(),
-                  true);
-    }
-}
-
-// OK in Program Options shows the unit-dependent readouts in the new units
-// at once, without waiting for a vessel cycle.
-TEST(ProgramOptions, OkShowsTheReadoutsInTheNewUnitsAtOnce) {
+// View > Labels rules rhumb lines and great circles; one leg reads one
+// course in the route window and on the chart (a magnetic 359.6 is 000);
+// ranges follow RangeDP; a vector's label is never boxed.
+TEST(ViewMenu, LabelsCoursesAndRangesOnTheChart) {
     TempDir dir;
     MemorySettings store;
     ViewWindow w(dir, store);
     w.Open();
-    VesselDialogValues v = LoadVesselDialog(w.plotter.instruments().vessel, w.plotter.units());
-    v.DR = true;
-    v.Course = "90";
-    v.Speed = "6";
-    ASSERT_TRUE(w.plotter.ApplyVesselDialog(v));
-    w.plotter.nav().tools.End();
-    w.Hover(w.ScreenOf(DM(50, 3, -12, 2)));
-    w.Second();
-    const Console& con = w.plotter.instruments().console;
-    EXPECT_EQ(con.LabVessel[3], "6.0 Kts");
-    EXPECT_TRUE(con.LabCursor[3].ends_with(" NM RL")) << con.LabCursor[3];
-    OptionsValues o = LoadOptions(w.plotter.registry(), w.plotter.units());
-    o.SpeedUnit = 2;
-    o.DistanceUnit = 2;
-    w.plotter.ApplyOptions(o);
-    EXPECT_EQ(con.LabVessel[3], "11.1 K/H");
-    EXPECT_TRUE(con.LabCursor[3].ends_with(" Km RL")) << con.LabCursor[3];
+    w.dialogs.texts = {"Routes", "R001"};
+    Routes& routes = w.plotter.nav().routes;
+    routes.NewRouteDB();
+    int16_t r = routes.NewRoute();
+    for (LatLong p : {DM(49, 57, -12, 0), DM(50, 3, -12, 0), DM(50, 3, -11, 52)}) routes.AddRoutePoint(r, p);
+    routes.SwapLegKind(r, 2);  // due north, rhumb line; then east, great circle
+    w.plotter.nav().vectors.Begin(DM(49, 58, -11, 58), false);
+    w.plotter.nav().vectors.Finish(DM(49, 58, -11, 53));
+    struct Case {
+        const char* menu;
+        bool showLegText;
+        int16_t angleUnit;
+        float variation;
+        const char* rangeDP;
+        const char* course;  // leg 1 as shown; "" no leg labels
+    };
+    for (Case c : {Case{"MLabelsDefault", true, 1, 0.4f, "3", "000"}, Case{"MLabelsDefault", false, 0, 0.f, "3", ""},
+                   Case{"MLabelsOn", false, 1, -0.6f, "2", "001"}, Case{"MLabelsOn", false, 2, 0.4f, "2", "002"},
+                   Case{"MLabelsOff", true, 0, 0.f, "3", ""}}) {
+        SCOPED_TRACE(std::string(c.menu) + " " + c.course);
+        w.Action(c.menu)->trigger();
+        EXPECT_TRUE(w.Action(c.menu)->isChecked());
+        w.plotter.units().AngleUnit = c.angleUnit;
+        w.plotter.deviation().DeviationTable.fill(2.0f);
+        w.plotter.registry().SaveSetting(Key::RangeDP, c.rangeDP);
+        routes.At(r)->ShowLegText = c.showLegText;
+        for (Waypoint& p : routes.At(r)->Points) p.MagVar = c.variation;
+        RecordingCanvas canvas(2000, 2000);
+        w.plotter.charts().View.RedrawNavCanvas(canvas);
+        std::vector<std::string> legs, vector;
+        for (const auto& t : canvas.Of("Text"))
+            if (t.text.ends_with(" RL") || t.text.ends_with(" GC")) (t.text.starts_with("090") && t.text.ends_with("RL") ? vector : legs).push_back(t.text);
+        EXPECT_EQ(vector.size(), std::string(c.menu) == "MLabelsOff" ? 0u : 1u);
+        EXPECT_EQ(canvas.Of("Rectangle").size(), legs.size());  // boxes for the legs only
+        if (!*c.course) {
+            EXPECT_TRUE(legs.empty());
+            continue;
+        }
+        ASSERT_EQ(legs.size(), 2u);
+        EXPECT_TRUE(legs[0].starts_with(c.course)) << legs[0];
+        EXPECT_TRUE(routes.LegRows(r)[0].Bearing.starts_with(c.course)) << routes.LegRows(r)[0].Bearing;
+        for (const std::string& l : legs) {
+            size_t nm = l.find(" NM");
+            EXPECT_EQ(int(nm - l.rfind('.', nm) - 1), c.rangeDP[0] - '0') << l;
+        }
+    }
+    w.Action("MRtIconsOff")->trigger();
+    EXPECT_TRUE(w.plotter.nav().ctx.chart.RouteIconsOff());
+    w.Action("MRtIconsDefault")->trigger();
+    EXPECT_FALSE(w.plotter.nav().ctx.chart.RouteIconsOff());
 }
 
-// The cursor's position shows on the information line as the mouse moves,
-// with no vessel at all, unless the active position display is off; in the
-// chart's datum, or in WGS84 when all coordinates are to be in WGS84.
-TEST(CursorReadout, TheInformationLineFollowsTheCursorWithOrWithoutAVessel) {
+// OK in Program Options shows the unit-dependent readouts in the new units
+// at once; the cursor's position follows the mouse on the information line
+// with or without a vessel, unless the active position display is off, in
+// the chart's datum (" *": this plan has no shift) or in WGS84.
+TEST(ProgramOptions, ReadoutsFollowTheUnitsAndTheCursorAtOnce) {
     FixtureChart noShift = DefaultFixture();
     noShift.Plans[0].Shift = false;
-    struct Case {
-        bool activeCoord, forceWGS84;
-        bool shown;
-        bool datumMark;  // " *": the plan cannot relate WGS84 to its datum
-    };
-    for (Case c : {Case{true, false, true, true}, Case{true, true, true, false}, Case{false, true, false, false}}) {
-        SCOPED_TRACE(std::to_string(c.activeCoord) + std::to_string(c.forceWGS84));
+    for (auto [active, wgs84, vessel] : {std::tuple{true, false, false}, {true, true, true}, {false, true, false}}) {
         TempDir dir;
         MemorySettings store;
         ViewWindow w(dir, store, noShift);
         w.Open();
-        OptionsValues o = LoadOptions(w.plotter.registry(), w.plotter.units());
-        o.ActiveCoordDisplay = c.activeCoord;
-        o.ForceWGS84 = c.forceWGS84;
-        w.plotter.ApplyOptions(o);
-        ASSERT_FALSE(w.plotter.VesselActive());
-        const QPointF screen = w.ScreenOf(DM(50, 3, -12, 2));
-        w.Hover(screen);
-        QString text = w.Main().InfoPanelText(3);
-        if (!c.shown) {
-            EXPECT_TRUE(text.isEmpty()) << text.toStdString();
-            continue;
-        }
+        if (vessel) ASSERT_TRUE(w.DeadReckon("6"));
+        w.plotter.nav().tools.End();
+        w.Options([&](OptionsValues& o) { o.ActiveCoordDisplay = active, o.ForceWGS84 = wgs84; });
+        const QPointF at = w.ScreenOf(DM(50, 3, -12, 2));
+        w.Mouse(QEvent::MouseMove, at, Qt::NoButton);
         LatLong under;
-        ASSERT_TRUE(w.plotter.charts().View.ScreenToPosition({int32_t(screen.x()), int32_t(screen.y())}, under));
-        std::string lat, lon;
-        // In the chart's datum: the plan's own reading of that place.
-        LatLong shown = c.forceWGS84 ? under : w.plotter.charts().View.LocatePosition(under).Local;
+        ASSERT_TRUE(w.plotter.charts().View.ScreenToPosition({int32_t(at.x()), int32_t(at.y())}, under));
+        LatLong shown = wgs84 ? under : w.plotter.charts().View.LocatePosition(under).Local;
+        std::string lat, lon, mark = wgs84 ? "" : " *";
         LatLongText(lat, lon, &shown, 1, 1);
-        const std::string mark = c.datumMark ? " *" : "";
-        EXPECT_EQ(text.toStdString(), lat + mark + "  " + lon + mark);
-        EXPECT_EQ(text.endsWith("*"), c.datumMark) << text.toStdString();
+        EXPECT_EQ(w.Main().InfoPanelText(3).toStdString(), active ? lat + mark + "  " + lon + mark : "");
+        if (!vessel) continue;
+        const Console& con = w.plotter.instruments().console;
+        EXPECT_EQ(con.LabVessel[3], "6.0 Kts");
+        EXPECT_TRUE(con.LabCursor[3].ends_with(" NM RL")) << con.LabCursor[3];
+        w.Options([](OptionsValues& o) { o.SpeedUnit = 2, o.DistanceUnit = 2; });
+        EXPECT_EQ(con.LabVessel[3], "11.1 K/H");
+        EXPECT_TRUE(con.LabCursor[3].ends_with(" Km RL")) << con.LabCursor[3];
     }
 }
 
-// The chart, centre and zoom left at exit come back at the next start that
+// Zoomed out, the area the full chart would show is outlined about the
+// cursor while ZoomRect is on, and a double click zooms in to it.
+TEST(ZoomArea, OutlinedOnTheZoomedOutViewAndZoomedIntoByADoubleClick) {
+    for (bool shown : {true, false}) {
+        TempDir dir;
+        MemorySettings store;
+        ViewWindow w(dir, store);
+        w.Open();
+        w.Options([&](OptionsValues& o) { o.ShowZoomRect = shown; });
+        Display& view = w.plotter.charts().View;
+        view.SetPixelSize(32);  // a quarter: the full chart's view is a quarter of this one across
+        w.Settle();
+        const QPointF at(w.Area().width() / 2, w.Area().height() / 2);
+        LatLong under;
+        ASSERT_TRUE(view.ScreenToPosition({int32_t(at.x()), int32_t(at.y())}, under));
+        w.Mouse(QEvent::MouseMove, at, Qt::NoButton);
+        QImage shot = w.Area().grab().toImage();
+        const int left = int(at.x()) - w.Area().width() / 8;
+        int differs = 0;
+        for (int dy = -20; dy <= 20; ++dy)
+            differs += ((shot.pixel(left, int(at.y()) + dy) ^ w.Area().Store().pixel(left, int(at.y()) + dy)) & 0xFFFFFF) != 0;
+        EXPECT_EQ(differs > 20, shown) << differs;
+        w.Mouse(QEvent::MouseButtonDblClick, at);
+        EXPECT_EQ(view.PixelSize, 128);
+        ExpectAt(view.ViewCentre(), under);
+    }
+}
+
+// The chart, centre and zoom left at exit come back when the next start
 // reopens the last chart.
 TEST(LastView, TheViewLeftAtExitIsTheViewAtTheNextStart) {
     TempDir dir;
@@ -302,51 +288,8 @@ TEST(LastView, TheViewLeftAtExitIsTheViewAtTheNextStart) {
     }
     ViewWindow again(dir, store, DefaultFixture(), false);
     ASSERT_TRUE(again.plotter.charts().Charts.ChartIsOpen());
-    EXPECT_EQ(Trim(again.plotter.charts().State.Header.ChartNumber), "1234A");
     EXPECT_EQ(again.plotter.charts().View.PixelSize, 256);
     ExpectAt(again.plotter.charts().View.ViewCentre(), where);
-}
-
-}  // namespace
-}  // namespace ombra::test
-
-namespace ombra::test {
-namespace {
-
-// On a zoomed-out view the area that the full chart would show about the
-// cursor is outlined while "Show zoom area rectangle" is on; a double click
-// zooms in to it.
-TEST(ZoomArea, OutlinedOnTheZoomedOutViewAndZoomedIntoByADoubleClick) {
-    for (bool shown : {true, false}) {
-        SCOPED_TRACE(shown);
-        TempDir dir;
-        MemorySettings store;
-        ViewWindow w(dir, store);
-        w.Open();
-        OptionsValues o = LoadOptions(w.plotter.registry(), w.plotter.units());
-        o.ShowZoomRect = shown;
-        w.plotter.ApplyOptions(o);
-        Display& view = w.plotter.charts().View;
-        view.SetPixelSize(32);  // a quarter: the full chart's view is a quarter of this one across
-        w.Settle();
-        const QPointF at(w.Area().width() / 2.0, w.Area().height() / 2.0);
-        LatLong under;
-        ASSERT_TRUE(view.ScreenToPosition({int32_t(at.x()), int32_t(at.y())}, under));
-        w.Hover(at);
-        w.Settle();
-        QImage shot = w.Area().grab().toImage();
-        // The outline's left side, a quarter of the view's width wide about the cursor.
-        const int left = int(at.x()) - w.Area().width() / 8;
-        int differs = 0;
-        for (int dy = -20; dy <= 20; ++dy)
-            differs += (shot.pixel(left, int(at.y()) + dy) & 0xFFFFFF) != (w.Area().Store().pixel(left, int(at.y()) + dy) & 0xFFFFFF);
-        EXPECT_EQ(differs > 20, shown) << differs;
-        QMouseEvent dbl(QEvent::MouseButtonDblClick, at, w.Area().mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
-                        Qt::NoModifier);
-        QApplication::sendEvent(&w.Area(), &dbl);
-        EXPECT_EQ(view.PixelSize, 128);
-        ExpectAt(view.ViewCentre(), under);
-    }
 }
 
 }  // namespace

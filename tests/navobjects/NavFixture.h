@@ -111,8 +111,6 @@ public:
     void ListsChanged() override {}
     void SetCursorAt(ChartPoint p) override { cursorAt.push_back(p); }
     float Variation(const LatLong&) override { return variation; }
-    double deviation = 0.0;
-    double Deviation(double) override { return deviation; }
     bool VesselActive() override { return false; }
     LatLong vesselPos{};
     LatLong VesselPos() override { return vesselPos; }
