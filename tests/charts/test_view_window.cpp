@@ -212,61 +212,55 @@ TEST(ViewMenu, LabelsCoursesAndRangesOnTheChart) {
 // OK in Program Options shows the unit-dependent readouts in the new units
 // at once; the cursor's position follows the mouse on the information line
 // with or without a vessel, unless the active position display is off, in
-// the chart's datum (" *": this plan has no shift) or in WGS84.
-TEST(ProgramOptions, ReadoutsFollowTheUnitsAndTheCursorAtOnce) {
+// the chart's datum (" *": this plan has no shift) or in WGS84. Zoomed out,
+// the area the full chart would show is outlined about the cursor while
+// ZoomRect is on, and a double click zooms in to it.
+TEST(ProgramOptions, ReadoutsCursorAndZoomAreaFollowTheOptionsAtOnce) {
     FixtureChart noShift = DefaultFixture();
     noShift.Plans[0].Shift = false;
-    for (auto [active, wgs84, vessel] : {std::tuple{true, false, false}, {true, true, true}, {false, true, false}}) {
+    for (auto [active, wgs84, vessel, zoomRect] :
+         {std::tuple{true, false, false, true}, {true, true, true, false}, {false, true, false, true}}) {
         TempDir dir;
         MemorySettings store;
         ViewWindow w(dir, store, noShift);
         w.Open();
         if (vessel) ASSERT_TRUE(w.DeadReckon("6"));
         w.plotter.nav().tools.End();
-        w.Options([&](OptionsValues& o) { o.ActiveCoordDisplay = active, o.ForceWGS84 = wgs84; });
+        w.Options([&](OptionsValues& o) { o.ActiveCoordDisplay = active, o.ForceWGS84 = wgs84, o.ShowZoomRect = zoomRect; });
+        Display& view = w.plotter.charts().View;
+        auto under = [&](QPointF at) {
+            LatLong pos;
+            EXPECT_TRUE(view.ScreenToPosition({int32_t(at.x()), int32_t(at.y())}, pos));
+            return pos;
+        };
         const QPointF at = w.ScreenOf(DM(50, 3, -12, 2));
         w.Mouse(QEvent::MouseMove, at, Qt::NoButton);
-        LatLong under;
-        ASSERT_TRUE(w.plotter.charts().View.ScreenToPosition({int32_t(at.x()), int32_t(at.y())}, under));
-        LatLong shown = wgs84 ? under : w.plotter.charts().View.LocatePosition(under).Local;
+        LatLong shown = wgs84 ? under(at) : view.LocatePosition(under(at)).Local;
         std::string lat, lon, mark = wgs84 ? "" : " *";
         LatLongText(lat, lon, &shown, 1, 1);
         EXPECT_EQ(w.Main().InfoPanelText(3).toStdString(), active ? lat + mark + "  " + lon + mark : "");
-        if (!vessel) continue;
-        const Console& con = w.plotter.instruments().console;
-        EXPECT_EQ(con.LabVessel[3], "6.0 Kts");
-        EXPECT_TRUE(con.LabCursor[3].ends_with(" NM RL")) << con.LabCursor[3];
-        w.Options([](OptionsValues& o) { o.SpeedUnit = 2, o.DistanceUnit = 2; });
-        EXPECT_EQ(con.LabVessel[3], "11.1 K/H");
-        EXPECT_TRUE(con.LabCursor[3].ends_with(" Km RL")) << con.LabCursor[3];
-    }
-}
-
-// Zoomed out, the area the full chart would show is outlined about the
-// cursor while ZoomRect is on, and a double click zooms in to it.
-TEST(ZoomArea, OutlinedOnTheZoomedOutViewAndZoomedIntoByADoubleClick) {
-    for (bool shown : {true, false}) {
-        TempDir dir;
-        MemorySettings store;
-        ViewWindow w(dir, store);
-        w.Open();
-        w.Options([&](OptionsValues& o) { o.ShowZoomRect = shown; });
-        Display& view = w.plotter.charts().View;
+        if (vessel) {
+            const Console& con = w.plotter.instruments().console;
+            EXPECT_EQ(con.LabVessel[3], "6.0 Kts");
+            EXPECT_TRUE(con.LabCursor[3].ends_with(" NM RL")) << con.LabCursor[3];
+            w.Options([](OptionsValues& o) { o.SpeedUnit = 2, o.DistanceUnit = 2; });
+            EXPECT_EQ(con.LabVessel[3], "11.1 K/H");
+            EXPECT_TRUE(con.LabCursor[3].ends_with(" Km RL")) << con.LabCursor[3];
+        }
         view.SetPixelSize(32);  // a quarter: the full chart's view is a quarter of this one across
         w.Settle();
-        const QPointF at(w.Area().width() / 2, w.Area().height() / 2);
-        LatLong under;
-        ASSERT_TRUE(view.ScreenToPosition({int32_t(at.x()), int32_t(at.y())}, under));
-        w.Mouse(QEvent::MouseMove, at, Qt::NoButton);
+        const QPointF middle(w.Area().width() / 2 + 60, w.Area().height() / 2 + 40);  // off the vessel
+        const LatLong target = under(middle);
+        w.Mouse(QEvent::MouseMove, middle, Qt::NoButton);
         QImage shot = w.Area().grab().toImage();
-        const int left = int(at.x()) - w.Area().width() / 8;
+        const int left = int(middle.x()) - w.Area().width() / 8;
         int differs = 0;
-        for (int dy = -20; dy <= 20; ++dy)
-            differs += ((shot.pixel(left, int(at.y()) + dy) ^ w.Area().Store().pixel(left, int(at.y()) + dy)) & 0xFFFFFF) != 0;
-        EXPECT_EQ(differs > 20, shown) << differs;
-        w.Mouse(QEvent::MouseButtonDblClick, at);
+        for (int y = int(middle.y()) - 20; y <= int(middle.y()) + 20; ++y)
+            differs += ((shot.pixel(left, y) ^ w.Area().Store().pixel(left, y)) & 0xFFFFFF) != 0;
+        EXPECT_EQ(differs > 20, zoomRect) << differs;
+        w.Mouse(QEvent::MouseButtonDblClick, middle);
         EXPECT_EQ(view.PixelSize, 128);
-        ExpectAt(view.ViewCentre(), under);
+        ExpectAt(view.ViewCentre(), target);
     }
 }
 
