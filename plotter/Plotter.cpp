@@ -289,10 +289,14 @@ bool Plotter::ApplyVesselDialog(const VesselDialogValues& values) {
                                        globals_.ProductName, values);
     // Dead reckoning from nothing has no position of its own: it starts at
     // the middle of the chart in view, and the vessel tool is started so
-    // that a click puts the vessel where the navigator knows it to be.
-    if (ok && before == 0 && instruments_.vessel.vessel.Mode == 1 && charts_.Charts.ChartIsOpen()) {
+    // that a click puts the vessel where the navigator knows it to be. With
+    // no chart open it starts where the last view was, if there was one.
+    if (!ok || before != 0 || instruments_.vessel.vessel.Mode != 1) return ok;
+    if (charts_.Charts.ChartIsOpen()) {
         instruments_.vessel.PlaceVessel(charts_.View.ViewCentre());
         nav_.tools.Begin(ToolVessel);
+    } else if (LatLong last; LastViewCentre(last)) {
+        instruments_.vessel.PlaceVessel(last);
     }
     return ok;
 }
@@ -460,11 +464,16 @@ void Plotter::RememberView() {
     registry_.SaveSetting(Key::LastViewLoRes, charts_.View.ShowingLoRes() ? "True" : "False");
 }
 
-void Plotter::RestoreView() {
+bool Plotter::LastViewCentre(LatLong& centre) const {
     const std::string lat = registry_.GetSetting(Key::LastViewLat), lon = registry_.GetSetting(Key::LastViewLong);
-    if (!IsNumeric(lat) || !IsNumeric(lon)) return;
-    const LatLong centre{Val(lon), Val(lat)};
-    if (!(std::fabs(centre.Lat) <= 90 * 3600.0 && std::fabs(centre.Long) <= 180 * 3600.0)) return;
+    if (!IsNumeric(lat) || !IsNumeric(lon)) return false;
+    centre = {Val(lon), Val(lat)};
+    return std::fabs(centre.Lat) <= 90 * 3600.0 && std::fabs(centre.Long) <= 180 * 3600.0;
+}
+
+void Plotter::RestoreView() {
+    LatLong centre;
+    if (!LastViewCentre(centre)) return;
     if (registry_.IsTrue(Key::LastViewLoRes)) charts_.View.ShowLoRes();
     const double size = registry_.GetNumber(Key::LastViewPixelSize);
     if (size >= 16 && size <= 1024) charts_.View.SetPixelSize(int16_t(size));

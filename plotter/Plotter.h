@@ -295,6 +295,7 @@ private:
     // The view at exit, kept for the next start, and put back.
     void RememberView();
     void RestoreView();
+    bool LastViewCentre(LatLong& centre) const;
     friend class PlotterHooks;
     friend class PlotterChartOps;
     friend class PlotterVesselSource;

@@ -284,6 +284,10 @@ TEST(LastView, TheViewLeftAtExitIsTheViewAtTheNextStart) {
     ASSERT_TRUE(again.plotter.charts().Charts.ChartIsOpen());
     EXPECT_EQ(again.plotter.charts().View.PixelSize, 256);
     ExpectAt(again.plotter.charts().View.ViewCentre(), where);
+    // With no chart open, dead reckoning from None starts where that view was.
+    again.plotter.CloseChart();
+    ASSERT_TRUE(again.DeadReckon("5"));
+    ExpectAt(again.V().Pos, where);
 }
 
 }  // namespace
