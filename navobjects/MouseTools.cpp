@@ -116,13 +116,17 @@ bool MouseTools::GrabVessel(ChartPoint screen) {
     Begin(ToolVessel);
     dragging_ = true;
     dragFrom_ = at.Wgs84;
+    pressedAt_ = screen;
     return true;
 }
 
 bool MouseTools::Release(ChartPoint screen) {
     if (Current() != ToolVessel || !dragging_) return false;
+    // A click on the vessel that did not move it asks nothing.
+    const bool moved = std::hypot(double(screen.x - pressedAt_.x), double(screen.y - pressedAt_.y)) > 2.0;
     LatLong pos;
-    if (ctx_.chart.ScreenToPosition(screen, pos) && ConfirmMove(MoveKind::Vessel, ctx_.dialogs, ctx_.globals.ProductName)) {
+    if (moved && ctx_.chart.ScreenToPosition(screen, pos) &&
+        ConfirmMove(MoveKind::Vessel, ctx_.dialogs, ctx_.globals.ProductName)) {
         ctx_.host.PlaceVessel(pos);
         dragging_ = false;
     }

@@ -149,6 +149,7 @@ private:
     bool placing_ = false;   // a divider or vector's first end is down
     bool dragging_ = false;  // the vessel is carried by the mouse (tool 8)
     LatLong dragFrom_;       // where the carried vessel was picked up
+    ChartPoint pressedAt_;   // and the view pixel of the press
 };
 
 }  // namespace ombra

@@ -105,7 +105,13 @@ TEST(VesselTool, PlacedFromTheMenuDraggedAndPlacedFromThePopUp) {
     EXPECT_EQ(w.V().Mode, 1);
     ExpectAt(w.V().Pos, p1);
     EXPECT_EQ(w.plotter.globals().CurrentTool, ToolPointer);
-    // Dragged: it follows the mouse, dead reckoning waits, the drop asks; No puts it back.
+    // A click on it asks nothing; dragged, it follows the mouse, dead
+    // reckoning waits, the drop asks; No puts it back.
+    size_t asked = w.dialogs.asked.size();
+    w.Mouse(QEvent::MouseButtonPress, w.ScreenOf(p1));
+    w.Mouse(QEvent::MouseButtonRelease, w.ScreenOf(p1));
+    EXPECT_EQ(w.dialogs.asked.size(), asked);
+    ExpectAt(w.V().Pos, p1);
     for (auto [reply, ends] : {std::pair{mb::No, p1}, std::pair{mb::Yes, p2}}) {
         w.dialogs.replies = {reply};
         LatLong centre = w.plotter.charts().View.ViewCentre();
