@@ -458,10 +458,14 @@ void Plotter::OpenChartNumber(const std::string& number) {
 void Plotter::RememberView() {
     if (!charts_.Charts.ChartIsOpen()) return;
     const LatLong c = charts_.View.ViewCentre();
-    registry_.SaveSetting(Key::LastViewLat, NumberText(c.Lat));
-    registry_.SaveSetting(Key::LastViewLong, NumberText(c.Long));
-    registry_.SaveSetting(Key::LastViewPixelSize, NumberText(double(charts_.View.PixelSize)));
-    registry_.SaveSetting(Key::LastViewLoRes, charts_.View.ShowingLoRes() ? "True" : "False");
+    // Written only when changed, as the other keys of the exit.
+    auto remember = [&](Key key, const std::string& value) {
+        if (registry_.GetSetting(key) != value) registry_.SaveSetting(key, value);
+    };
+    remember(Key::LastViewLat, NumberText(c.Lat));
+    remember(Key::LastViewLong, NumberText(c.Long));
+    remember(Key::LastViewPixelSize, NumberText(double(charts_.View.PixelSize)));
+    remember(Key::LastViewLoRes, charts_.View.ShowingLoRes() ? "True" : "False");
 }
 
 bool Plotter::LastViewCentre(LatLong& centre) const {
