@@ -33,7 +33,7 @@ public:
           View(library, dialogs, errors, registry, productName, State, host),
           Charts(library, dialogs, errors, registry, productName, State, Cat, Checks, View, host),
           Installer(library, Cat),
-          Legs(View, library, State, units, host) {}
+          Legs(View, library, State, units, host, &registry) {}
 
     void SetRoot(const std::string& root) { State.Root = root; }
     const std::string& Root() const { return State.Root; }

@@ -408,6 +408,26 @@ void Display::EndDrag() {
     AfterScroll();
 }
 
+bool Display::ZoomArea(ChartPoint screen, PixelRect& area) const {
+    if (!state_.IsOpen() || view_.Width <= 0 || view_.Height <= 0 || !(view_.ViewFactor > 1.0)) return false;
+    const int w = int(view_.Width / view_.ViewFactor), h = int(view_.Height / view_.ViewFactor);
+    area = {screen.x - w / 2, screen.y - h / 2, screen.x - w / 2 + w, screen.y - h / 2 + h};
+    return true;
+}
+
+void Display::ZoomInAt(ChartPoint screen) {
+    PixelRect area;
+    LatLong pos;
+    if (!ZoomArea(screen, area) || !ScreenToPosition(screen, pos)) return;
+    if (ShowingLoRes()) {
+        PixelSize = 128;
+        ShowHiRes();
+    } else {
+        SetPixelSize(128);
+    }
+    CentreOnPosition(pos);
+}
+
 void Display::WheelZoom(int steps, ChartPoint screen) {
     if (!state_.IsOpen() || steps == 0) return;
     double cx = ScreenToChartX(view_, screen.x), cy = ScreenToChartY(view_, screen.y);

@@ -127,6 +127,12 @@ public:
     bool Dragging() const { return dragging_; }
     // Wheel steps of pixel zoom about a screen point (positive enlarges).
     void WheelZoom(int steps, ChartPoint screen);
+    // On a zoomed-out view (the low-resolution raster, or a pixel zoom
+    // below one to one): the screen rectangle that the full chart at one
+    // to one would show, centred on a screen point. False on any other view.
+    bool ZoomArea(ChartPoint screen, PixelRect& area) const;
+    // Zooms in to that area: the full chart, one to one, centred there.
+    void ZoomInAt(ChartPoint screen);
 
     // --- Scale bar ---------------------------------------------------------
     // The longest round length (1, 2 or 5 times a power of ten, nautical

@@ -3,7 +3,9 @@
 #include <cmath>
 
 #include "core/Format.h"
+#include "core/Options.h"
 #include "core/Rounding.h"
+#include "navmath/Deviation.h"
 #include "navmath/Geometry.h"
 #include "navmath/RLGC.h"
 #include "platform/api/ChartLibrary.h"
@@ -137,17 +139,10 @@ std::vector<LegPiece> LegDrawing::Pieces(const NavPoint& from, const NavPoint& t
 }
 
 std::string LegDrawing::RhumbLabel(double course, double distance, int16_t courseMode, double variation) const {
-    std::string text;
-    if (courseMode == 1) {
-        text = Format(Mod360(course - variation + 360.0), "000") + " °M";
-    } else if (courseMode == 2) {
-        int mag = Mod360(course - variation + 360.0);
-        double dev = host_.CompassDeviation(double(mag));
-        text = Format(mag + dev, "000") + " °C";
-    } else {
-        text = Format(course, "000") + " °T";
-    }
-    return text + " " + units_.ToDisplay(UnitKind::Distance, float(distance), "0.00") + " " +
+    const int16_t mode = (courseMode == 1 || courseMode == 2) ? courseMode : 0;
+    const double deviation = mode == 2 ? host_.CompassDeviation(double(MagneticCourse(course, float(variation)))) : 0.0;
+    return Format(ShownCourse(course, mode, variation, deviation), "000") + " " + CourseMark(mode) + " " +
+           units_.ToDisplay(UnitKind::Distance, float(distance), (registry_ ? LoadDisplayOptions(*registry_).RangeFormat() : "0.000")) + " " +
            units_.UnitText(UnitKind::Distance) + " RL";
 }
 

@@ -24,9 +24,10 @@
 //
 // Labels: only when LabelMode is not 2 (force off) and LabelMode is 1
 // (force on) or the caller asks. The longest piece whose middle lies in the
-// view carries "045 °T 2.50 NM RL" in a filled box; in magnetic mode the
-// course is (course - variation + 360) mod 360 with "°M", in compass mode
-// that plus the deviation with "°C". Great circles are split about every
+// view carries "045 °T 2.500 NM RL" in a filled box (two places of the
+// distance with RangeDP 2); in magnetic mode the course is (course -
+// variation + 360) rounded, mod 360, with "°M", in compass mode that plus
+// the deviation with "°C" (navmath ShownCourse, as every course text). Great circles are split about every
 // 60 miles (navmath GreatCircleChain) and drawn as a chain of pieces.
 //
 //   LegDrawing legs(display, library, units);
@@ -46,6 +47,7 @@
 namespace ombra {
 
 class ChartLibrary;
+class Registry;
 
 struct LegPiece {
     ChartPoint a, b;  // chart pixels, in the leg's order
@@ -54,8 +56,10 @@ struct LegPiece {
 
 class LegDrawing {
 public:
-    LegDrawing(Display& display, ChartLibrary& library, const ChartState& state, const Units& units, ChartHost& host)
-        : display_(display), lib_(library), state_(state), units_(units), host_(host) {}
+    // `registry` gives RangeDP, the places of the distance in labels; none: 3.
+    LegDrawing(Display& display, ChartLibrary& library, const ChartState& state, const Units& units, ChartHost& host,
+               const Registry* registry = nullptr)
+        : display_(display), lib_(library), state_(state), units_(units), host_(host), registry_(registry) {}
 
     int16_t LabelMode = 0;                         // 0 default, 1 force on, 2 force off
 
@@ -97,6 +101,7 @@ private:
     const ChartState& state_;
     const Units& units_;
     ChartHost& host_;
+    const Registry* registry_;
 };
 
 }  // namespace ombra

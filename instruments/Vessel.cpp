@@ -417,6 +417,20 @@ void VesselModule::EnterDR(double courseTrue, double speed) {
     });
 }
 
+bool VesselModule::PlaceVessel(const LatLong& pos) {
+    if (vessel.Mode == kModeGPS || vessel.Mode == kModeConnecting || vessel.Mode == kModeGPSLost) return false;
+    c_.errors.Guard("PlaceVessel", [&] {
+        if (vessel.Mode != kModeDR) SetVesselMode(kModeDR);
+        vessel.Pos = pos;
+        vessel.DRBase = pos;
+        vessel.DRStart = float(c_.clock.Timer());
+        UpdateVesselConsole();
+        c_.chart.PrepareVesselPoint(pos);
+        c_.hooks.ConsoleChanged();
+    });
+    return true;
+}
+
 void VesselModule::CheckLostGPS() {
     if (LostGPSWanted == 1) {
         LostGPSWanted = 0;

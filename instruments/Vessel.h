@@ -153,6 +153,12 @@ public:
     // the GPS is stopped first. COG and SOG follow, with the tide if the
     // tidal correction is on.
     void EnterDR(double courseTrue, double speed);
+    // The navigator puts the vessel at `pos` (the vessel tool, a drag, the
+    // chart pop-up): dead reckoning starts again from there, now, with the
+    // course and speed it had. From None or FILE DR the mode becomes DR (a
+    // caller asks about leaving FILE DR first). In the GPS modes the fix
+    // rules and nothing is done: false.
+    bool PlaceVessel(const LatLong& pos);
     double ClockNow() const;
 
     // The console rows that follow from the vessel and the leg (also the

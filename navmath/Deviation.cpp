@@ -40,6 +40,14 @@ int32_t MagneticCourse(double trueCourse, float variation) {
     return int32_t(m < 0 ? m + 360.0 : m);
 }
 
+double ShownCourse(double trueCourse, int16_t mode, double variation, double deviation) {
+    if (mode != int16_t(CourseMode::Magnetic) && mode != int16_t(CourseMode::Compass)) return trueCourse;
+    const int32_t magnetic = MagneticCourse(trueCourse, float(variation));
+    if (mode == int16_t(CourseMode::Magnetic)) return magnetic;
+    const double compass = std::fmod(magnetic + deviation + 360.0, 360.0);
+    return std::isfinite(compass) ? compass : double(magnetic);
+}
+
 const char* CourseMark(int16_t mode) {
     switch (mode) {
         case int16_t(CourseMode::Magnetic): return "°M";

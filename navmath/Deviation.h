@@ -49,6 +49,13 @@ float DeviationFor(const DeviationCard& table, float heading);
 // a whole number (ties to even), modulo 360.
 int32_t MagneticCourse(double trueCourse, float variation);
 
+// A true course as every course text shows it (leg labels, the route
+// window's bearings, dividers): mode 0 true as given; 1 magnetic by
+// MagneticCourse; 2 compass, that magnetic course plus `deviation` (the
+// card's value at it), folded into 0..360. One conversion, so that a leg
+// reads the same on the chart and in its list.
+double ShownCourse(double trueCourse, int16_t mode, double variation, double deviation);
+
 // The course modes of the settings UnitsAngle and UnitsVesselAngle.
 enum class CourseMode : int16_t { True = 0, Magnetic = 1, Compass = 2 };
 // "°T", "°M" or "°C"; an unknown mode is true.

@@ -85,14 +85,6 @@ void DrawPoint(Canvas& c, NavChart& chart, const SymbolStrips& symbols, const Wa
     }
 }
 
-double ShownCourse(double course, int16_t courseMode, double variation, double deviation) {
-    if (courseMode == 0) return course;
-    double magnetic = std::fmod(std::trunc(course - variation + 360.0), 360.0);
-    if (courseMode == 1) return magnetic;
-    double compass = std::fmod(magnetic + deviation + 360.0, 360.0);
-    return compass;
-}
-
 std::string LegLabel(double course, double distance, int16_t courseMode, double variation, double deviation,
                      const Units& units, const char* rangeFormat, const char* suffix) {
     static const char* const marks[3] = {"°T", "°M", "°C"};

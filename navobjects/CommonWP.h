@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <string>
 
+#include "navmath/Deviation.h"
 #include "core/Types.h"
 #include "navobjects/Waypoint.h"
 #include "platform/api/Canvas.h"
@@ -51,14 +52,11 @@ void DrawPoint(Canvas& c, NavChart& chart, const SymbolStrips& symbols, const Wa
 // The label lines of a point for its LabelMode (and the chart's override).
 std::vector<std::string> PointLabel(const Waypoint& wp, int16_t labelOverride);
 
-// The label of a leg: course "000", a blank and the mark ("°T"; "°M" with
-// the variation taken off, whole degrees; "°C" with the deviation added
-// to that), a blank, the distance in the current unit with its
+// The label of a leg: course "000" (ShownCourse), a blank and the mark
+// ("°T", "°M" or "°C"), a blank, the distance in the current unit with its
 // abbreviation, and the suffix (" RL", " GC"):  "045 °T 12.300 NM GC".
 std::string LegLabel(double course, double distance, int16_t courseMode, double variation, double deviation,
                      const Units& units, const char* rangeFormat, const char* suffix);
-// The course shown for a course mode (0 true, 1 magnetic, 2 compass).
-double ShownCourse(double course, int16_t courseMode, double variation, double deviation);
 
 // The fields of FrmWayPoint, as text, and the rules of its OK button.
 struct WaypointFields {

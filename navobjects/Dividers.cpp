@@ -1,5 +1,6 @@
 #include "navobjects/Dividers.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/ErrorReport.h"
@@ -183,6 +184,18 @@ std::string Vectors::Label(const Vector& v) {
                         LoadDisplayOptions(ctx_.reg).RangeFormat(), v.GreatCircle ? " GC" : " RL");
 }
 
+void Vectors::WriteLabel(Canvas& c, const Vector& v) {
+    size_t panels = std::min({v.From.InPlan.size(), v.From.Pixel.size(), v.To.InPlan.size(), v.To.Pixel.size()});
+    for (size_t k = 0; k < panels; ++k) {
+        if (!v.From.InPlan[k] || !v.To.InPlan[k]) continue;
+        ChartPoint a = ctx_.chart.ToScreen(v.From.Pixel[k]), b = ctx_.chart.ToScreen(v.To.Pixel[k]);
+        const std::string text = Label(v);
+        ChartPoint mid{int32_t((int64_t(a.x) + b.x) / 2), int32_t((int64_t(a.y) + b.y) / 2)};
+        c.Text({mid.x - c.TextWidth(text) / 2, mid.y - c.TextHeight() - 2}, text);
+        return;
+    }
+}
+
 void Vectors::DrawVectors(Canvas& c, bool onlySelected) {
     ctx_.errors.Guard("DrawVectors", [&] {
         if (!ctx_.chart.ChartOpen()) return;
@@ -194,10 +207,13 @@ void Vectors::DrawVectors(Canvas& c, bool onlySelected) {
             double course, distance;
             if (v.GreatCircle) {
                 CourseDistanceGC(v.From.Wgs84, v.To.Wgs84, course, distance);
-                if (distance > 0.0) ctx_.chart.DrawGreatCircle(c, v.From, v.To, course, distance, Label(v));
+                if (distance > 0.0) ctx_.chart.DrawGreatCircle(c, v.From, v.To, course, distance, "");
             } else {
-                ctx_.chart.DrawPlainRhumbLine(c, v.From, v.To, Label(v));
+                ctx_.chart.DrawPlainRhumbLine(c, v.From, v.To, "");
             }
+            // The label is written over the chart on a transparent
+            // background, beside the middle of the line, not in a box.
+            if (ctx_.chart.LabelOverride() != 2) WriteLabel(c, v);
             DrawEndCircles(c, ctx_.chart, v.From);
             DrawEndCircles(c, ctx_.chart, v.To);
         }

@@ -5,7 +5,8 @@
 // great circle with the label "045 °T 12.300 NM GC" (course "000", "°T",
 // or "°M" with the variation at its first end taken off, the distance in
 // the current unit). A vector (a range-bearing line, "RBL") is a rhumb
-// line or a great circle by its own flag, labelled with " RL" or " GC".
+// line or a great circle by its own flag, labelled with " RL" or " GC"
+// written straight over the chart (no box, so the chart shows around it).
 // Each end has a small circle. While an end is being placed it follows
 // the cursor.
 //
@@ -83,6 +84,8 @@ public:
     std::string Label(const Vector& v);
 
 private:
+    // The label text beside the middle of a vector (first panel showing both ends).
+    void WriteLabel(Canvas& c, const Vector& v);
     void Set(NavPoint& p, const LatLong& pos);
     NavContext& ctx_;
 };

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "core/GenFuncs.h"
 #include "core/Registry.h"
 #include "core/Startup.h"
 #include "navobjects/Activation.h"
@@ -12,6 +13,7 @@
 #include "navobjects/NavHost.h"
 #include "navobjects/Routes.h"
 #include "navobjects/Waypoints.h"
+#include "platform/api/Dialogs.h"
 
 namespace ombra {
 
@@ -63,9 +65,14 @@ void MouseTools::End() {
         case ToolMoveBoundaryMark: bd_.EditingBoundary = 0; break;
         case ToolMoveWaypoint: wp_.Selected = 0; break;
         case ToolMoveRoutePoint: rt_.SelectedPoint = 0; break;
+        case ToolVessel:
+            // A drag broken off puts the vessel back where it was.
+            if (dragging_) ctx_.host.PlaceVessel(dragFrom_);
+            break;
         default: break;
     }
     placing_ = false;
+    dragging_ = false;
     index_ = part_ = 0;
     if (tool != ToolPointer) {
         ctx_.host.SetStatus("");
@@ -83,12 +90,61 @@ void MouseTools::CreateBoundary() {
     if (b) Begin(ToolBoundary, b);
 }
 
+bool MouseTools::CanPlaceVessel() {
+    int16_t m = ctx_.host.VesselMode();
+    return m == 0 || m == 1 || m == 5;
+}
+
+bool MouseTools::LeaveFileDR() {
+    if (ctx_.host.VesselMode() != 5) return true;
+    return ctx_.dialogs.MsgBox("Do you wish to cancel FILE DR mode.", mb::YesNo | mb::Question,
+                               ctx_.globals.ProductName) == mb::Yes;
+}
+
+void MouseTools::PlaceVessel() {
+    if (!CanPlaceVessel() || !LeaveFileDR()) return;
+    Begin(ToolVessel);
+}
+
+bool MouseTools::GrabVessel(ChartPoint screen) {
+    int16_t m = ctx_.host.VesselMode();
+    if ((m != 1 && m != 5) || !ctx_.chart.ChartOpen()) return false;
+    NavPoint at;
+    at.Wgs84 = ctx_.host.VesselPos();
+    ctx_.chart.PrepareNavPoint(at);
+    if (!PointNear(at, screen, kPointTolerance) || !LeaveFileDR()) return false;
+    Begin(ToolVessel);
+    dragging_ = true;
+    dragFrom_ = at.Wgs84;
+    pressedAt_ = screen;
+    return true;
+}
+
+bool MouseTools::Release(ChartPoint screen) {
+    if (Current() != ToolVessel || !dragging_) return false;
+    // A click on the vessel that did not move it asks nothing.
+    const bool moved = std::hypot(double(screen.x - pressedAt_.x), double(screen.y - pressedAt_.y)) > 2.0;
+    LatLong pos;
+    if (moved && ctx_.chart.ScreenToPosition(screen, pos) &&
+        ConfirmMove(MoveKind::Vessel, ctx_.dialogs, ctx_.globals.ProductName)) {
+        ctx_.host.PlaceVessel(pos);
+        dragging_ = false;
+    }
+    End();  // still dragging: put back
+    return true;
+}
+
 bool MouseTools::Click(ChartPoint screen) {
     int16_t tool = Current();
-    if (tool == ToolPointer) return false;
+    if (tool == ToolPointer) return GrabVessel(screen);
     LatLong pos;
     if (!ctx_.chart.ScreenToPosition(screen, pos)) return false;
     switch (tool) {
+        case ToolVessel:
+            if (dragging_) return true;
+            End();
+            ctx_.host.PlaceVessel(pos);
+            return true;
         case ToolNewWaypoint:
             End();
             wp_.AddWaypoint(AddBy::Mouse, &pos);
@@ -162,9 +218,13 @@ bool MouseTools::DoubleClick(ChartPoint screen) {
 }
 
 void MouseTools::Move(ChartPoint screen) {
-    if (!placing_) return;
+    if (!placing_ && !dragging_) return;
     LatLong pos;
     if (!ctx_.chart.ScreenToPosition(screen, pos)) return;
+    if (dragging_ && Current() == ToolVessel) {
+        ctx_.host.PlaceVessel(pos);
+        return;
+    }
     if (Current() == ToolDividers) dv_.Follow(pos);
     else if (Current() == ToolRBL) vc_.Follow(pos);
 }
@@ -298,6 +358,7 @@ std::vector<PopupEntry> MouseTools::Popup(const Hit& hit) {
         }
         case HitKind::None:
             e = {{"newwaypoint", "New &Waypoint Here"}, {"dividers", "&Dividers"}, {"rbl", "&RBL"}};
+            if (CanPlaceVessel()) e.push_back({"placevessel", "Place &Vessel Here"});
             break;
     }
     return e;
@@ -407,6 +468,10 @@ void MouseTools::RunPopup(const Hit& hit, const std::string& c) {
             if (c == "newwaypoint") wp_.AddWaypoint(AddBy::Mouse, &hit.Position);
             else if (c == "dividers") StartDividers();
             else if (c == "rbl") StartRBL();
+            else if (c == "placevessel" && CanPlaceVessel() && LeaveFileDR()) {
+                End();
+                ctx_.host.PlaceVessel(hit.Position);
+            }
             break;
     }
 }

@@ -2,9 +2,9 @@
 // prompt each tool shows in the first panel of InfoLine, the hit test that
 // finds the object under the cursor, and the pop-up commands of each.
 //
-// Tools (CurrentTool values; 0 is the plain pointer; 1, 8 and 11 belong to
-// the chart view, the vessel and the anchor alarm and are listed for their
-// prompts only):
+// Tools (CurrentTool values; 0 is the plain pointer; 1 and 11 belong to
+// the chart view and the anchor alarm and are listed for their prompts
+// only):
 //    1 drag chart            "Drag chart while holding left mouse button down"
 //    2 new waypoint          "Single Click on chart to add new Waypoint"
 //    3 append waypoint       "Single Click on chart to append new Waypoint."
@@ -20,6 +20,14 @@
 //   14 move range-bearing    "Single Click to Drop Range Bearing Line in new position"
 //   16 range-bearing line    "Single Click on chart to place Range Bearing Line"
 // While tool 14 or 16 is on, only the vector being moved or placed is drawn.
+// The vessel (tool 8) is placed by a click after Vessel > Place Vessel, by
+// the chart pop-up's "Place Vessel Here", or dragged: the left button held
+// on the vessel in dead reckoning picks it up, it follows the cursor (the
+// dead reckoning waits meanwhile) and is put down where the button is let
+// go, once "Do you wish to move this Vessel." is answered Yes (No puts it
+// back). Leaving FILE DR is asked first ("Do you wish to cancel FILE DR
+// mode."); in the GPS modes the fix places the vessel and the tool is not
+// offered.
 // A tool ends on completion, on the command that selects another, and at
 // exit; a route or boundary being placed is then finished (removed when it
 // has no point), a divider or vector half placed is dropped.
@@ -100,6 +108,14 @@ public:
     bool Click(ChartPoint screen);
     bool DoubleClick(ChartPoint screen);
     void Move(ChartPoint screen);
+    // The left button let go; true when a tool used it (a dragged vessel).
+    bool Release(ChartPoint screen);
+
+    // The vessel tool: whether the vessel may be placed by hand now (not in
+    // a GPS mode), and Vessel > Place Vessel, which asks about FILE DR and
+    // starts tool 8.
+    bool CanPlaceVessel();
+    void PlaceVessel();
 
     // Menu commands that start tools.
     void NewWaypointByMouse() { Begin(ToolNewWaypoint); }
@@ -119,6 +135,9 @@ private:
     void RunWaypointCommand(int16_t waypoint, const std::string& command);
     void AddWaypointToRoute(int16_t waypoint);
     bool PointNear(const NavPoint& p, ChartPoint screen, float tolerance);
+    // The FILE DR question, when in FILE DR; false when the answer is No.
+    bool LeaveFileDR();
+    bool GrabVessel(ChartPoint screen);
     NavContext& ctx_;
     Waypoints& wp_;
     Routes& rt_;
@@ -128,6 +147,9 @@ private:
     Activation& act_;
     int16_t index_ = 0, part_ = 0;
     bool placing_ = false;   // a divider or vector's first end is down
+    bool dragging_ = false;  // the vessel is carried by the mouse (tool 8)
+    LatLong dragFrom_;       // where the carried vessel was picked up
+    ChartPoint pressedAt_;   // and the view pixel of the press
 };
 
 }  // namespace ombra

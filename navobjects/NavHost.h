@@ -81,6 +81,12 @@ public:
     // on, since the new leg may turn the vessel hard.
     virtual bool ConfirmActivation() { return true; }
     virtual LatLong VesselPos() { return {}; }
+    // The vessel's position mode (0 None, 1 DR, 2 GPS, 3 connecting, 4 GPS
+    // lost, 5 FILE DR).
+    virtual int16_t VesselMode() { return 0; }
+    // Puts the vessel at a position and dead reckons on from there (the
+    // vessel tool); false where the mode does not allow it (a GPS mode).
+    virtual bool PlaceVessel(const LatLong& /*pos*/) { return false; }
     // The console's active-leg rows are to be refreshed from ActiveLeg.
     virtual void ActiveLegChanged() {}
 };

@@ -351,7 +351,8 @@ protected:
         const std::vector<Waypoint>& nodes = c->Nodes();
         for (size_t i = 0; i < nodes.size(); ++i) {
             Row row;
-            FillPointRow(row, nodes[i], i, chartDatum);
+            // "Display all coordinates in WGS-84 Datum" overrides the list's choice.
+            FillPointRow(row, nodes[i], i, chartDatum && !ctx_.globals.ForceWGS84Datum);
             rows.push_back(std::move(row));
         }
         return rows;

@@ -185,8 +185,10 @@ void Routes::DrawRoutes(Canvas& c) {
                 const Waypoint& b = r.Points[i + 1];
                 const RouteLeg& leg = r.Legs[i];
                 if (leg.IsGreatCircle) {
+                    // A great circle's label is wanted as a rhumb line's is:
+                    // by the route, or forced on from the View menu.
                     std::string label;
-                    if (r.ShowLegText) {
+                    if (r.ShowLegText || ctx_.chart.LabelOverride() == 1) {
                         double dev = courseMode == 2 ? ctx_.host.Deviation(ShownCourse(leg.Course, 1, a.MagVar, 0)) : 0.0;
                         label = LegLabel(leg.Course, leg.Distance, courseMode, a.MagVar, dev, ctx_.units,
                                          display.RangeFormat(), " GC");

@@ -234,7 +234,8 @@ std::vector<WaypointRow> Waypoints::Rows(bool chartDatum) const {
         r.Slot = int16_t(i + 1);
         r.No = Format(wp.Number, "000");
         r.Name = wp.Name;
-        if (chartDatum) LatLongText(r.Latitude, r.Longitude, &wp.Position.Local, 0, 1);
+        // "Display all coordinates in WGS-84 Datum" overrides the list's choice.
+        if (chartDatum && !ctx_.globals.ForceWGS84Datum) LatLongText(r.Latitude, r.Longitude, &wp.Position.Local, 0, 1);
         else LatLongText(r.Latitude, r.Longitude, &wp.Position.Wgs84, 1, 1);
         rows.push_back(std::move(r));
     }

@@ -1,5 +1,8 @@
 #include "plotter/Plotter.h"
 
+#include <cmath>
+
+#include "core/GenFuncs.h"
 #include "core/Paths.h"
 #include "core/Val.h"
 #include "navmath/RLGC.h"
@@ -109,6 +112,8 @@ bool PlotterNavHost::ConfirmActivation() {
     return ConfirmActivateWithAutopilot(p_.instruments_.settings.AutopilotActive, p_.services_.dialogs,
                                         p_.globals_.ProductName);
 }
+int16_t PlotterNavHost::VesselMode() { return p_.instruments_.vessel.vessel.Mode; }
+bool PlotterNavHost::PlaceVessel(const LatLong& pos) { return p_.instruments_.vessel.PlaceVessel(pos); }
 void PlotterNavHost::ActiveLegChanged() {
     p_.instruments_.vessel.UpdateWaypointConsole();
     p_.services_.shell.ConsoleChanged();
@@ -305,27 +310,89 @@ void Plotter::ApplyOptions(const OptionsValues& values) {
     errors_.Guard("FrmOptions", [&] {
         SaveOptions(registry_, units_, values);
         display_ = LoadDisplayOptions(registry_);
+        globals_.ForceWGS84Datum = values.ForceWGS84;
         instruments_.vessel.AutoscrollTime = float(registry_.GetNumber(Key::AutoscrollTime));
         alarms_.SettingsChanged();
+        // Everything shown in units is shown again in the new ones now, not
+        // at the next vessel cycle (there is none while no vessel is active).
+        instruments_.vessel.UpdateVesselConsole();
+        instruments_.vessel.UpdateCursorConsole();
+        instruments_.vessel.UpdateWaypointConsole();
+        services_.shell.ConsoleChanged();
+        navHost_.ListsChanged();
+        if (cursorOnChart_) SetChartCursor(true, cursorPos_);
+        else services_.shell.SetInfoPanel(3, "");
+        RequestChartRedraw();
     });
+}
+
+void Plotter::SetLabelMode(int16_t mode) {
+    charts_.Legs.LabelMode = (mode >= 0 && mode <= 2) ? mode : 0;
+    RequestChartRedraw();
+}
+
+void Plotter::SetRouteIconsOff(bool off) {
+    displayChart_.routeIconsOff = off;
+    RequestChartRedraw();
 }
 
 void Plotter::CentreOnVessel() { chartOps_.CentreOnVessel(instruments_.vessel.vessel.Pos); }
 
 bool Plotter::ApplyVesselDialog(const VesselDialogValues& values) {
-    const std::string before = instruments_.vessel.vessel.Name;
+    const std::string nameBefore = instruments_.vessel.vessel.Name;
+    const int16_t before = instruments_.vessel.vessel.Mode;
     bool ok = ombra::ApplyVesselDialog(instruments_.vessel, registry_, units_, hooks_, services_.dialogs,
                                        globals_.ProductName, values);
     // Another vessel: the alarms of the one before go down.
-    if (ok && instruments_.vessel.vessel.Name != before) alarms_.ClearAlarmForms();
+    if (ok && instruments_.vessel.vessel.Name != nameBefore) alarms_.ClearAlarmForms();
+    // Dead reckoning from nothing has no position of its own: it starts at
+    // the middle of the chart in view, and the vessel tool is started so
+    // that a click puts the vessel where the navigator knows it to be. With
+    // no chart open it starts where the last view was, if there was one.
+    if (!ok || before != 0 || instruments_.vessel.vessel.Mode != 1) return ok;
+    if (charts_.Charts.ChartIsOpen()) {
+        instruments_.vessel.PlaceVessel(charts_.View.ViewCentre());
+        nav_.tools.Begin(ToolVessel);
+    } else if (LatLong last; LastViewCentre(last)) {
+        instruments_.vessel.PlaceVessel(last);
+    }
     return ok;
 }
 
 void Plotter::AddLogEntry(LogEntryKind kind, const std::string& text) { logs_.AddLogEntry(kind, text); }
 
+// The position under the cursor in the chart's own datum, as its
+// graticule reads ("*" when the plan has no shift to WGS84), or in WGS84
+// when all coordinates are to be shown in WGS84.
+std::string Plotter::CursorText(const LatLong& wgs84) {
+    std::string lat, lon;
+    if (globals_.ForceWGS84Datum) {
+        LatLongText(lat, lon, &wgs84, 1, 1);
+    } else {
+        NavPoint np = charts_.View.LocatePosition(wgs84);
+        const auto& plans = charts_.State.Header.Plans;
+        bool shift = true;
+        for (size_t p = 0; p < np.InPlan.size() && p < plans.size(); ++p)
+            if (np.InPlan[p]) {
+                shift = plans[p].HasShift;
+                break;
+            }
+        LatLongText(lat, lon, &np.Local, 0, 1, shift);
+    }
+    return lat + "  " + lon;
+}
+
 void Plotter::SetChartCursor(bool onPlan, const LatLong& pos) {
     cursorOnChart_ = onPlan;
     cursorPos_ = pos;
+    // The active position display: the cursor's position on the
+    // information line, and the console's cursor rows, as the mouse moves,
+    // with a vessel or without one (a passage is planned ashore too).
+    if (!display_.ActiveCoord) return;
+    services_.shell.SetInfoPanel(3, onPlan ? CursorText(pos) : std::string());
+    if (!onPlan) return;
+    instruments_.vessel.UpdateCursorConsole();
+    services_.shell.ConsoleChanged();
 }
 
 // ---- The tick ---------------------------------------------------------------
@@ -442,7 +509,41 @@ std::string Plotter::ShowDisclaimer(const std::string& title, const std::string&
 }
 void Plotter::OpenChartAt(double lat, double lon) { charts_.Charts.OpenChartAt(lat, lon); }
 void Plotter::StartGPS() { instruments_.comm.StartGPS(); }
-void Plotter::OpenChartNumber(const std::string& number) { charts_.Charts.OpenKeepingView(number); }
+void Plotter::OpenChartNumber(const std::string& number) {
+    if (charts_.Charts.OpenKeepingView(number)) RestoreView();
+}
+
+// At exit the view of the open chart is kept; the next start that reopens
+// that chart (the last one) shows the same place at the same zoom. A
+// vessel's first fix then still moves the view to the vessel.
+void Plotter::RememberView() {
+    if (!charts_.Charts.ChartIsOpen()) return;
+    const LatLong c = charts_.View.ViewCentre();
+    // Written only when changed, as the other keys of the exit.
+    auto remember = [&](Key key, const std::string& value) {
+        if (registry_.GetSetting(key) != value) registry_.SaveSetting(key, value);
+    };
+    remember(Key::LastViewLat, NumberText(c.Lat));
+    remember(Key::LastViewLong, NumberText(c.Long));
+    remember(Key::LastViewPixelSize, NumberText(double(charts_.View.PixelSize)));
+    remember(Key::LastViewLoRes, charts_.View.ShowingLoRes() ? "True" : "False");
+}
+
+bool Plotter::LastViewCentre(LatLong& centre) const {
+    const std::string lat = registry_.GetSetting(Key::LastViewLat), lon = registry_.GetSetting(Key::LastViewLong);
+    if (!IsNumeric(lat) || !IsNumeric(lon)) return false;
+    centre = {Val(lon), Val(lat)};
+    return std::fabs(centre.Lat) <= 90 * 3600.0 && std::fabs(centre.Long) <= 180 * 3600.0;
+}
+
+void Plotter::RestoreView() {
+    LatLong centre;
+    if (!LastViewCentre(centre)) return;
+    if (registry_.IsTrue(Key::LastViewLoRes)) charts_.View.ShowLoRes();
+    const double size = registry_.GetNumber(Key::LastViewPixelSize);
+    if (size >= 16 && size <= 1024) charts_.View.SetPixelSize(int16_t(size));
+    charts_.View.CentreOnPosition(centre);  // off the chart: its own starting view stays
+}
 void Plotter::EnableMainTimer() { services_.shell.EnableMainTimer(); }
 void Plotter::ActivateCommandRoute(const std::string& route) { nav_.ActivateCommandRoute(route); }
 void Plotter::EndCurrentTool() {
@@ -462,7 +563,10 @@ void Plotter::CloseStores() {
     nav_.tracks.SaveTrackFile();
     nav_.CloseStores();
 }
-void Plotter::CloseChart() { charts_.Charts.CloseChart(); }
+void Plotter::CloseChart() {
+    RememberView();
+    charts_.Charts.CloseChart();
+}
 void Plotter::EndProcess() {
     exited_ = true;
     services_.shell.EndProcess();

@@ -171,6 +171,8 @@ public:
     bool VesselActive() override;
     LatLong VesselPos() override;
     bool ConfirmActivation() override;
+    int16_t VesselMode() override;
+    bool PlaceVessel(const LatLong& pos) override;
     void ActiveLegChanged() override;
 
 private:
@@ -278,6 +280,12 @@ public:
     // The cursor over the chart (the console's cursor rows): whether it is
     // on a plan, and the WGS84 position under it.
     void SetChartCursor(bool onPlan, const LatLong& pos);
+    // View > Labels (0 each object's own, 1 forced on, 2 forced off) and
+    // View > Route Icons (forced off or not).
+    void SetLabelMode(int16_t mode);
+    int16_t LabelMode() const { return charts_.Legs.LabelMode; }
+    void SetRouteIconsOff(bool off);
+    bool RouteIconsOff() const { return displayChart_.routeIconsOff; }
     // The palette in use: 0 day, 1 twilight (dusk), 2 night.
     int16_t PaletteMode() const { return paletteMode_; }
     // Asks the chart view for a redraw at the window's next turn.
@@ -345,6 +353,12 @@ private:
     void ReopenStore(NavStore& store, Key key);
     // The anchor circle and the man-overboard mark in the chart's layers.
     void RegisterAlarmLayers();
+    // The cursor's position as the information line shows it.
+    std::string CursorText(const LatLong& wgs84);
+    // The view at exit, kept for the next start, and put back.
+    void RememberView();
+    void RestoreView();
+    bool LastViewCentre(LatLong& centre) const;
     friend class PlotterHooks;
     friend class PlotterChartOps;
     friend class PlotterVesselSource;

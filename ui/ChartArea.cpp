@@ -71,6 +71,22 @@ void ChartArea::paintEvent(QPaintEvent*) {
         return;
     }
     p.drawImage(0, 0, store_);
+    // The zoom area, over the store and not in it: it follows the cursor
+    // without a redraw of the chart.
+    PixelRect a;
+    if (hovering_ && ZoomRectWanted && ZoomRectWanted() && charts_.View.ZoomArea(hover_, a)) {
+        QRect r(a.left, a.top, a.right - a.left, a.bottom - a.top);
+        p.setBrush(Qt::NoBrush);
+        p.setPen(QPen(Qt::white, 3));
+        p.drawRect(r);
+        p.setPen(QPen(Qt::black, 1, Qt::DashLine));
+        p.drawRect(r);
+    }
+}
+
+void ChartArea::leaveEvent(QEvent*) {
+    hovering_ = false;
+    update();
 }
 
 void ChartArea::resizeEvent(QResizeEvent*) {
@@ -98,6 +114,11 @@ void ChartArea::mousePressEvent(QMouseEvent* e) {
 void ChartArea::mouseMoveEvent(QMouseEvent* e) {
     ChartPoint at = PointOf(e->position());
     if (pressed_) charts_.View.DragTo(at);
+    PixelRect area;
+    bool outline = ZoomRectWanted && ZoomRectWanted() && charts_.View.ZoomArea(at, area);
+    if (outline || hovering_) update();
+    hovering_ = true;
+    hover_ = at;
     if (OnMouseMove) {
         LatLong pos;
         bool on = charts_.View.ScreenToPosition(at, pos);
@@ -105,7 +126,8 @@ void ChartArea::mouseMoveEvent(QMouseEvent* e) {
     }
 }
 
-void ChartArea::mouseReleaseEvent(QMouseEvent*) {
+void ChartArea::mouseReleaseEvent(QMouseEvent* e) {
+    if (e->button() == Qt::LeftButton && OnRelease) OnRelease(PointOf(e->position()));
     if (!pressed_) return;
     pressed_ = false;
     charts_.View.EndDrag();
@@ -116,7 +138,8 @@ void ChartArea::mouseDoubleClickEvent(QMouseEvent* e) {
     ChartPoint at = PointOf(e->position());
     LatLong pos;
     bool on = charts_.View.ScreenToPosition(at, pos);
-    if (OnClick) OnClick(at, on, pos, e->button() == Qt::RightButton ? 2 : 1, true);
+    if (OnClick && OnClick(at, on, pos, e->button() == Qt::RightButton ? 2 : 1, true)) return;
+    if (e->button() == Qt::LeftButton && on) charts_.View.ZoomInAt(at);
 }
 
 void ChartArea::wheelEvent(QWheelEvent* e) {

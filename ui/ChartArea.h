@@ -11,6 +11,8 @@
 //   wheel (with or without Ctrl)   pixel zoom about the cursor
 //   Shift + wheel                  scrolls up and down (Shift+Alt: sideways)
 //   + and -                        pixel zoom about the centre
+//   double click, zoomed out       the full chart one to one, centred there
+//                                  (the area outlined about the cursor)
 //   arrow keys, Page Up/Down       scroll by a tenth / a whole view
 // Every move and click is also handed to the owner (OnMouseMove, OnClick)
 // with the WGS84 position under the cursor, for the cursor read-out and
@@ -44,6 +46,11 @@ public:
     std::function<bool(ChartPoint, bool, const LatLong&, int button, bool doubleClick)> OnClick;
     // Whether the chart may be dragged now (false while a tool is active).
     std::function<bool()> DragAllowed;
+    // The left button let go over the chart (ends a drag of the vessel).
+    std::function<void(ChartPoint)> OnRelease;
+    // Whether the zoom area is outlined about the cursor on a zoomed-out
+    // view (the setting ZoomRect); a double click there zooms in to it.
+    std::function<bool()> ZoomRectWanted;
 
 protected:
     void paintEvent(QPaintEvent* e) override;
@@ -53,6 +60,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* e) override;
     void mouseDoubleClickEvent(QMouseEvent* e) override;
     void wheelEvent(QWheelEvent* e) override;
+    void leaveEvent(QEvent* e) override;
     void keyPressEvent(QKeyEvent* e) override;
 
 private:
@@ -61,6 +69,8 @@ private:
     QImage store_;
     QTimer redrawTimer_;
     bool pressed_ = false;
+    bool hovering_ = false;
+    ChartPoint hover_;
 };
 
 }  // namespace ombra

@@ -19,6 +19,7 @@ ChartCommands::ChartCommands(FrmMain& main, Plotter& plotter) : main_(main), p_(
     area_->setObjectName("PicNavCanvas");
     main_.SetChartWidget(area_);
     area_->OnMouseMove = [this](ChartPoint, bool onPlan, const LatLong& pos) { p_.SetChartCursor(onPlan, pos); };
+    area_->ZoomRectWanted = [this] { return p_.registry().IsTrue(Key::ZoomRect); };
 }
 
 void ChartCommands::WarningsChanged() { main_.SetWarnings(Q(p_.charts().View.WarningText())); }
@@ -113,10 +114,49 @@ void ChartCommands::Bind() {
     main_.Bind("MPaletteTwilight", [this] { Palette(1); });
     main_.Bind("MPaletteNight", [this] { Palette(2); });
     main_.Bind("MCentreVessel", needChart([this] { p_.CentreOnVessel(); }));
+    // The vessel tool: a click on the chart puts the vessel there (dead
+    // reckoning); offered while no GPS mode places it.
+    main_.Bind("MPlaceVessel", needChart([this] { p_.nav().tools.PlaceVessel(); }));
+    if (QMenu* m = main_.findChild<QMenu*>("MVessel"))
+        QObject::connect(m, &QMenu::aboutToShow, m, [this] {
+            if (QAction* a = main_.Action("MPlaceVessel")) a->setEnabled(p_.nav().tools.CanPlaceVessel());
+        });
     main_.Bind("MWayPtsCentre", needChart([this] { p_.nav().waypoints.CentreOnWaypoint(); }));
     main_.Bind("MRoutesCentre", needChart([this] { p_.nav().routes.CentreOnRoute(); }));
     main_.Bind("MBoundariesCentre", needChart([this] { p_.nav().boundaries.CentreOnBoundary(); }));
     Palette(p_.PaletteMode());
+    BindLabels();
+}
+
+// View > Labels and View > Route Icons: each entry is ticked while it rules.
+void ChartCommands::BindLabels() {
+    const char* labels[] = {"MLabelsDefault", "MLabelsOn", "MLabelsOff"};
+    auto tick = [this, labels] {
+        for (int i = 0; i < 3; ++i)
+            if (QAction* a = main_.Action(labels[i])) {
+                a->setCheckable(true);
+                a->setChecked(p_.LabelMode() == i);
+            }
+        for (auto [name, off] : {std::pair{"MRtIconsDefault", false}, std::pair{"MRtIconsOff", true}})
+            if (QAction* a = main_.Action(name)) {
+                a->setCheckable(true);
+                a->setChecked(p_.RouteIconsOff() == off);
+            }
+    };
+    for (int i = 0; i < 3; ++i)
+        main_.Bind(labels[i], [this, i, tick] {
+            p_.SetLabelMode(int16_t(i));
+            tick();
+        });
+    main_.Bind("MRtIconsDefault", [this, tick] {
+        p_.SetRouteIconsOff(false);
+        tick();
+    });
+    main_.Bind("MRtIconsOff", [this, tick] {
+        p_.SetRouteIconsOff(true);
+        tick();
+    });
+    tick();
 }
 
 }  // namespace ombra

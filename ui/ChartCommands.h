@@ -23,6 +23,7 @@ public:
 private:
     void Palette(int mode);
     void BindAutoScroll();
+    void BindLabels();
     float lastAutoscroll_ = 0.0f;
     FrmMain& main_;
     Plotter& p_;

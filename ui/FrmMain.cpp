@@ -74,7 +74,7 @@ FrmMain::FrmMain(Plotter& plotter) : plotter_(plotter) {
 
     QStatusBar* bar = statusBar();
     bar->setObjectName("InfoLine");
-    const int widths[5] = {360, 260, 120, 160, 60};
+    const int widths[5] = {360, 260, 250, 160, 60};  // the third: the cursor's position
     for (int i = 0; i < 5; ++i) {
         InfoLine[i] = new QLabel(bar);
         InfoLine[i]->setObjectName(QString("InfoLinePanel%1").arg(i + 1));

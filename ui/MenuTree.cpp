@@ -29,6 +29,7 @@ std::vector<MenuEntry> Build() {
                     {{"MVesselProperties", "Vessel &Properties", {}},
                      {"MDeviation", "Compass &Deviation", {}},
                      {"MCentreVessel", "&Centre on Vessel", {}},
+                     {"MPlaceVessel", "P&lace Vessel", {}},
                      {"MAutoScroll", "&Auto-Scroll", {}},
                      {"MCourseToSteer", "Course to &Steer", {}},
                      {"MGPS", "&GPS ",

@@ -114,6 +114,7 @@ bool NavObjectCommands::ChartClick(ChartPoint screen, int button, bool doubleCli
 }
 
 void NavObjectCommands::ChartMove(ChartPoint screen) { nav_.tools.Move(screen); }
+void NavObjectCommands::ChartRelease(ChartPoint screen) { nav_.tools.Release(screen); }
 
 void NavObjectCommands::ViewWaypoints() {
     if (!NeedsDatabase(nav_.waypoints.IsOpen(), "No Waypoint Database In Use",

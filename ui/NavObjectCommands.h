@@ -47,6 +47,7 @@ public:
     // a tool or the pop-up took the click (the chart is then not dragged).
     bool ChartClick(ChartPoint screen, int button, bool doubleClick);
     void ChartMove(ChartPoint screen);
+    void ChartRelease(ChartPoint screen);
     bool DragAllowed() const;
     // Entries other modules add at the end of the chart pop-up (the anchor).
     std::function<void(QMenu&)> ExtendPopup;

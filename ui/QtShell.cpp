@@ -74,6 +74,7 @@ void QtShell::CreateMainWindow(const std::string& caption) {
             return nav_->ChartClick(s, button, dbl);
         };
         area->DragAllowed = [this] { return nav_->DragAllowed(); };
+        area->OnRelease = [this](ChartPoint s) { nav_->ChartRelease(s); };
     }
     dialogs_.SetParent(main_.get());
 }

@@ -47,7 +47,7 @@ TEST(Legs, BothEndsOnAPlanIsOnePieceWithItsLabel) {
     double course, distance;
     CourseDistanceRL(a.Wgs84, b.Wgs84, course, distance);
     // The course shown is the one the plan's pixels show: north-east here.
-    EXPECT_EQ(texts[0].text.substr(3), " °T " + w.units.ToDisplay(UnitKind::Distance, float(distance), "0.00") + " NM RL");
+    EXPECT_EQ(texts[0].text.substr(3), " °T " + w.units.ToDisplay(UnitKind::Distance, float(distance), "0.000") + " NM RL");
     // This plan is stretched (its pixels are not square on the ground), so
     // the course on the plan differs from the rhumb line's.
     double dx = b.Pixel[0].x - a.Pixel[0].x, dy = -(b.Pixel[0].y - a.Pixel[0].y);
@@ -79,14 +79,18 @@ TEST(Legs, LabelTextsByCourseMode) {
         int16_t mode;
         double variation;
         const char* text;
+        const char* rangeDP;
     } cases[] = {
-        {45.4, 2.5, 0, 0.0, "045 °T 2.50 NM RL"},
-        {45.4, 2.5, 1, -5.0, "050 °M 2.50 NM RL"},
-        {45.4, 2.5, 2, -5.0, "052 °C 2.50 NM RL"},
-        {3.0, 0.125, 1, 7.0, "356 °M 0.13 NM RL"},
-        {359.7, 10, 0, 0.0, "360 °T 10.00 NM RL"},
+        {45.4, 2.5, 0, 0.0, "045 °T 2.500 NM RL", "3"},
+        {45.4, 2.5, 1, -5.0, "050 °M 2.500 NM RL", "3"},
+        {45.4, 2.5, 2, -5.0, "052 °C 2.50 NM RL", "2"},
+        {3.0, 0.125, 1, 7.0, "356 °M 0.13 NM RL", "2"},
+        {359.7, 10, 0, 0.0, "360 °T 10.000 NM RL", "3"},
     };
-    for (const Case& c : cases) EXPECT_EQ(w.charts.Legs.RhumbLabel(c.course, c.distance, c.mode, c.variation), c.text);
+    for (const Case& c : cases) {
+        w.registry.SaveSetting(Key::RangeDP, c.rangeDP);
+        EXPECT_EQ(w.charts.Legs.RhumbLabel(c.course, c.distance, c.mode, c.variation), c.text);
+    }
 }
 
 TEST(Legs, LegsLeavingAPlanAreCutAtItsBorder) {

@@ -1,5 +1,7 @@
 #include "tests/navobjects/NavFixture.h"
 
+#include "navmath/Deviation.h"
+
 #include <cmath>
 #include <sstream>
 
@@ -51,7 +53,7 @@ void FakeChart::DrawRhumbLine(Canvas& c, const NavPoint& from, const NavPoint& t
     CourseDistanceRL(from.Wgs84, to.Wgs84, course, dist);
     std::string label;
     if (labelWanted) {
-        if (courseMode == 1) label = Format(std::fmod(std::trunc(course - variation + 360.0), 360.0), "000") + " °M ";
+        if (courseMode == 1) label = Format(ShownCourse(course, 1, variation, 0.0), "000") + " °M ";
         else label = Format(course, "000") + " °T ";
         label += Format(dist, "0.000") + " NM RL";
     }
