@@ -237,6 +237,7 @@ void Logs::DeleteForecast(int index) {
 void Logs::SetSaveTrack(bool on) {
     if (on == SaveTrack) return;
     SaveTrack = on;
+    host_.SaveTrackSwitched(on);
     if (!LogIsToday() && inUse_) return;
     if (on) host_.SaveTrack(PathOf(clock_.Now(), ".trk"));
     else host_.RecordTrack({});

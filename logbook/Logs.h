@@ -56,6 +56,8 @@ public:
     virtual void SaveTrack(const std::string& path) = 0;
     // New points are saved into `path` from now on; "" saves them nowhere.
     virtual void RecordTrack(const std::string& path) = 0;
+    // The navigator switched the saving of the day's track on or off.
+    virtual void SaveTrackSwitched(bool on) = 0;
 };
 
 class Logs {

@@ -223,6 +223,9 @@ bool PlotterLogHost::ShowLogEntry(LogEntry& e, const DateTime& when) {
 void PlotterLogHost::LogEntryAdded(LogEntryKind kind, const LogEntry& e) {
     p_.services_.shell.LogEntryAdded(kind, e);
 }
+void PlotterLogHost::SaveTrackSwitched(bool on) {
+    p_.registry_.SaveSetting(Key::LogSaveTrack, on ? "True" : "False");
+}
 void PlotterLogHost::LogChanged() { p_.services_.shell.LogChanged(); }
 void PlotterLogHost::LoadTrack(const std::string& path, bool record) {
     Tracks& t = p_.nav_.tracks;
@@ -470,6 +473,7 @@ void Plotter::ReopenStore(NavStore& store, Key key) {
 void Plotter::LoadNavObjects() {
     nav_.LoadNavObjects();
     // The day's log, and its track as the one recorded into.
+    logs_.SaveTrack = !registry_.IsFalse(Key::LogSaveTrack);
     logs_.InitLogs(globals_.UserDataPath);
     ReopenStore(nav_.boundaries, Key::LastBoundaryDatabase);
     ReopenStore(nav_.routes, Key::LastRouteDatabase);

@@ -227,6 +227,7 @@ public:
     void LoadTrack(const std::string& path, bool record) override;
     void SaveTrack(const std::string& path) override;
     void RecordTrack(const std::string& path) override;
+    void SaveTrackSwitched(bool on) override;
 
 private:
     Plotter& p_;

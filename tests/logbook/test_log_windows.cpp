@@ -136,3 +136,22 @@ TEST(LogWindows, TheLogsMenuTheDaysWindowAndItsEntries) {
     m->Action("MLogsOpen")->trigger();
     EXPECT_TRUE(w.plotter.logs().LogIsToday());
 }
+
+// "Save track  file to disk" is the navigator's choice until changed, not
+// only for the run in which it was made.
+TEST(LogWindows, TheSaveTrackSwitchIsKeptForTheNextStart) {
+    test::Window w;
+    ASSERT_TRUE(w.Start());
+    w.shell.Main()->Action("MLogsNew")->trigger();
+    FrmLog* log = w.shell.Logs()->Window();
+    ASSERT_NE(log, nullptr);
+    EXPECT_TRUE(log->ChkSaveTrack->isChecked());
+    log->ChkSaveTrack->click();
+    log->ComOK->click();
+    EXPECT_FALSE(w.plotter.logs().SaveTrack);
+
+    test::Window next;
+    next.store.values = w.store.values;
+    ASSERT_TRUE(next.Start());
+    EXPECT_FALSE(next.plotter.logs().SaveTrack);
+}

@@ -60,6 +60,7 @@ struct Host : LogHost {
     void LoadTrack(const std::string& p, bool rec) override { track.push_back("load " + Name(p) + (rec ? " 1" : " 0")); }
     void SaveTrack(const std::string& p) override { track.push_back("save " + Name(p)); }
     void RecordTrack(const std::string& p) override { track.push_back("record " + (p.empty() ? "-" : Name(p))); }
+    void SaveTrackSwitched(bool on) override { track.push_back(on ? "switched on" : "switched off"); }
 };
 
 struct LogRig {
