@@ -23,17 +23,15 @@ void AlarmCommands::Bind() {
     main_.Bind("MManOverboard", [this] { plotter_.alarms().ManOverboard(); });
     QAction* mob = main_.Action("MManOverboard");
     if (mob) mob->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
-    if (!navToolbar_) {
-        navToolbar_ = main_.addToolBar("Nav Toolbar");
-        navToolbar_->setObjectName("NavToolbar");
-        QAction* button = navToolbar_->addAction("MOB");
+    QToolBar* bar = main_.NavToolbar();
+    if (!bar->findChild<QAction*>("ToolManOverboard")) {
+        QAction* button = bar->addAction("MOB");
         button->setObjectName("ToolManOverboard");
         button->setToolTip("Man Overboard (Ctrl+M)");
-        if (QWidget* w = navToolbar_->widgetForAction(button))
+        if (QWidget* w = bar->widgetForAction(button))
             w->setStyleSheet("QToolButton { color: white; background: #c00000; font-weight: bold; padding: 2px 10px; }");
-        QObject::connect(button, &QAction::triggered, navToolbar_, [this] { plotter_.alarms().ManOverboard(); });
+        QObject::connect(button, &QAction::triggered, bar, [this] { plotter_.alarms().ManOverboard(); });
     }
-    main_.Bind("MNavToolbar", [this] { navToolbar_->setVisible(!navToolbar_->isVisible()); });
 }
 
 FrmAlarm* AlarmCommands::Window(AlarmForm form) {

@@ -41,14 +41,12 @@ public:
     bool ChartClick(bool onPlan, const LatLong& pos, int button);
     void ChartMove(bool onPlan, const LatLong& pos);
 
-    QToolBar* NavToolbar() const { return navToolbar_; }
 
 private:
     bool RadiusToolOn() const;
     FrmMain& main_;
     Plotter& plotter_;
     std::array<QPointer<FrmAlarm>, 4> windows_;
-    QToolBar* navToolbar_ = nullptr;
 };
 
 }  // namespace ombra

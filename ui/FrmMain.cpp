@@ -1,5 +1,6 @@
 #include "ui/FrmMain.h"
 
+#include <QToolBar>
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QMenuBar>
@@ -118,6 +119,15 @@ void FrmMain::Bind(const std::string& control, std::function<void()> command) {
 QAction* FrmMain::Action(const std::string& control) const {
     auto it = actions_.find(control);
     return it == actions_.end() ? nullptr : it->second;
+}
+
+QToolBar* FrmMain::NavToolbar() {
+    if (!navToolbar_) {
+        navToolbar_ = addToolBar("Nav Toolbar");
+        navToolbar_->setObjectName("NavToolbar");
+        Bind("MNavToolbar", [this] { navToolbar_->setVisible(!navToolbar_->isVisible()); });
+    }
+    return navToolbar_;
 }
 
 void FrmMain::SetInfoPanel(int panel, const QString& text) {

@@ -12,6 +12,7 @@
 #include <string>
 
 class QHBoxLayout;
+class QToolBar;
 
 namespace ombra {
 
@@ -27,6 +28,10 @@ public:
     // Makes a menu command live; entries without a command stay disabled.
     void Bind(const std::string& control, std::function<void()> command);
     QAction* Action(const std::string& control) const;
+    // The "Nav Toolbar": the commands a navigator wants at one click (man
+    // overboard, a log entry). Made on first use; View > Toolbar shows and
+    // hides it.
+    QToolBar* NavToolbar();
 
     void SetInfoPanel(int panel, const QString& text);
     QString InfoPanelText(int panel) const;
@@ -52,6 +57,7 @@ private:
     QLabel* SBarWarnings = nullptr;
     QLabel* InfoLine[5] = {};
     std::map<std::string, QAction*> actions_;
+    QToolBar* navToolbar_ = nullptr;
 };
 
 }  // namespace ombra

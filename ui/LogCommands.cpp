@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QMenu>
+#include <QToolBar>
 
 #include "plotter/Plotter.h"
 #include "ui/FrmLog.h"
@@ -27,6 +28,9 @@ void LogCommands::Bind() {
         if (p_.logs().OlderLog() != wasOlder || !(p_.logs().Day.Header.LogDate == before)) ViewLog();
     });
     main_.Bind("MLogsEntry", [this] { p_.AddLogEntry(LogEntryKind::Menu); });
+    // The same command at one click on the Nav toolbar, enabled with the menu's.
+    if (QAction* entry = main_.Action("MLogsEntry"); entry && !main_.NavToolbar()->actions().contains(entry))
+        main_.NavToolbar()->addAction(entry);
     if (QAction* menu = main_.Action("MLogs"))
         if (QMenu* m = menu->menu()) QObject::connect(m, &QMenu::aboutToShow, m, [this] { UpdateMenu(); });
     UpdateMenu();

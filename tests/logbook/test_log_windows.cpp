@@ -6,6 +6,7 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QTimer>
+#include <QToolBar>
 #include <cstdlib>
 
 #include "core/Paths.h"
@@ -89,10 +90,11 @@ TEST(LogWindows, TheLogsMenuTheDaysWindowAndItsEntries) {
     ASSERT_EQ(log->PicLogEntry->rowCount(), 1);
     EXPECT_EQ(log->PicLogEntry->item(0, 12)->text(), "Reefed, wind rising");
     EXPECT_EQ(log->PicLogEntry->item(0, 11)->text(), "1012");
-    // From the menu, cancelled: nothing added.
+    // From the menu or the toolbar, cancelled: nothing added.
     AnswerEntry("never", false);
     m->Action("MLogsEntry")->trigger();
     EXPECT_EQ(log->PicLogEntry->rowCount(), 1);
+    ASSERT_TRUE(m->NavToolbar()->actions().contains(m->Action("MLogsEntry")));
     // An automatic entry appears in the open window as it comes.
     w.plotter.AddLogEntry(LogEntryKind::PoorGPS);
     ASSERT_EQ(log->PicLogEntry->rowCount(), 2);
