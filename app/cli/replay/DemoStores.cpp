@@ -8,6 +8,7 @@
 #include "navmath/RLGC.h"
 #include "navobjects/CommonDB.h"
 #include "navobjects/GpxStores.h"
+#include "charts/DemoChart.h"
 #include "navobjects/Waypoints.h"
 
 namespace ombra {
@@ -71,7 +72,6 @@ DemoStores MakeDemoStores() {
         const LatLong p = DemoPassagePosition(t);
         const std::string id = "WP" + Format(n, "000");
         const char* note = size_t(n) <= std::size(kPointNotes) ? kPointNotes[n - 1] : "";
-        d.waypoints.push_back(StoreWaypoint(n, id, note, p, kArrivalRange));
         d.route.Points.push_back(StoreWaypoint(n, "R1." + id, note, p, kArrivalRange));
         d.route.Legs.push_back(RouteLeg{});
         d.pointSeconds.push_back(t);
@@ -84,6 +84,11 @@ DemoStores MakeDemoStores() {
     Boundary b = RingBoundary(1, "FIRING RANGE", centre, 0.75 * std::sqrt(2.0), 4);
     b.Description = "No entry while the range flags fly";
     d.noGo = b;
+    // The waypoints are marks of their own, apart from the route's points,
+    // so that no two labels are written over each other: the island's summit
+    // and the middle of the firing range to keep clear of.
+    d.waypoints.push_back(StoreWaypoint(1, "ISLAND", "Summit of the island", DemoChart::IslandCentre(), kArrivalRange));
+    d.waypoints.push_back(StoreWaypoint(2, "RANGE", "Firing range, keep clear", centre, kArrivalRange));
     return d;
 }
 
