@@ -8,6 +8,7 @@
 #include <map>
 
 #include "core/Val.h"
+#include "plotter/WindowlessShell.h"
 #include "tests/alarms/FixFeed.h"
 
 using namespace ombra;
@@ -21,33 +22,12 @@ struct Shown {
     bool beep;
 };
 
-struct AlarmShell : Shell {
+struct AlarmShell : WindowlessShell {
     std::vector<Shown> shown;
     std::vector<AlarmForm> hidden;
     std::map<AlarmForm, std::string> answers;  // pressed at once when set
     std::map<int, std::string> panels;
     void SetInfoPanel(int panel, const std::string& text) override { panels[panel] = text; }
-    // Nothing else of a window here.
-    bool ShowSplash() override { return false; }
-    int DisplayColours() override { return -1; }
-    std::string ShowDisclaimer(const std::string&, const std::string&) override { return "Accept"; }
-    NavHost* NavWindows() override { return nullptr; }
-    void CloseSplash() override {}
-    void CreateMainWindow(const std::string&) override {}
-    void ApplyWindowState(int) override {}
-    void ApplyWindowRect(double, double, double, double) override {}
-    void BuildMenus() override {}
-    void InitRunMenu(bool, bool) override {}
-    void LoadCommsForms() override {}
-    void ShowMainWindow() override {}
-    void ShowColourWarning() override {}
-    void EnableMainTimer() override {}
-    void EndProcess() override {}
-    void ChartRedrawRequested() override {}
-    void ChartPainted() override {}
-    void ChartWarningsChanged() override {}
-    void ChartStatusChanged() override {}
-    void ChartErrorsChanged() override {}
     std::string ShowAlarm(AlarmForm form, const std::string& caption, const std::string& text, bool beep) override {
         shown.push_back({form, caption, text, beep});
         auto a = answers.find(form);

@@ -11,35 +11,15 @@
 #include "platform/fake/MemorySettings.h"
 #include "platform/fake/ScriptedDialogs.h"
 #include "plotter/Plotter.h"
+#include "plotter/WindowlessShell.h"
 #include "tests/support/TestSupport.h"
 
 using namespace ombra;
 
 namespace {
-struct LogShell : Shell {
+struct LogShell : WindowlessShell {
     std::vector<std::string> entries;  // "<date of the day> <kind> <time> <narrative>"
     Plotter* p = nullptr;
-    bool ShowSplash() override { return false; }
-    void CloseSplash() override {}
-    void CreateMainWindow(const std::string&) override {}
-    void ApplyWindowState(int) override {}
-    void ApplyWindowRect(double, double, double, double) override {}
-    void BuildMenus() override {}
-    void InitRunMenu(bool, bool) override {}
-    void LoadCommsForms() override {}
-    void ShowMainWindow() override {}
-    int DisplayColours() override { return -1; }
-    void ShowColourWarning() override {}
-    std::string ShowDisclaimer(const std::string&, const std::string&) override { return "Accept"; }
-    void EnableMainTimer() override {}
-    void EndProcess() override {}
-    void SetInfoPanel(int, const std::string&) override {}
-    void ChartRedrawRequested() override {}
-    void ChartPainted() override {}
-    void ChartWarningsChanged() override {}
-    void ChartStatusChanged() override {}
-    void ChartErrorsChanged() override {}
-    NavHost* NavWindows() override { return nullptr; }
     void LogEntryAdded(LogEntryKind k, const LogEntry& e) override {
         entries.push_back(LogBaseName(p->logs().Day.Header.LogDate) + " " + std::to_string(int(k)) + " " + e.Time +
                           " " + e.Narrative);

@@ -15,27 +15,17 @@
 #include "platform/fake/MemorySettings.h"
 #include "platform/fake/ScriptedDialogs.h"
 #include "plotter/Plotter.h"
+#include "plotter/WindowlessShell.h"
 #include "tests/support/TestSupport.h"
 
 using namespace ombra;
 
 namespace {
-struct RecordingShell : Shell {
+struct RecordingShell : WindowlessShell {
     std::map<int, std::string> panels;
     std::vector<std::string> log;
     int consoleChanges = 0;
-    bool ShowSplash() override { return false; }
-    void CloseSplash() override {}
     void CreateMainWindow(const std::string& c) override { log.push_back("window " + c); }
-    void ApplyWindowState(int) override {}
-    void ApplyWindowRect(double, double, double, double) override {}
-    void BuildMenus() override {}
-    void InitRunMenu(bool, bool) override {}
-    void LoadCommsForms() override {}
-    void ShowMainWindow() override {}
-    int DisplayColours() override { return -1; }
-    void ShowColourWarning() override {}
-    std::string ShowDisclaimer(const std::string&, const std::string&) override { return "Accept"; }
     void EnableMainTimer() override { log.push_back("timer"); }
     void EndProcess() override { log.push_back("end"); }
     void SetInfoPanel(int panel, const std::string& text) override { panels[panel] = text; }
@@ -43,11 +33,7 @@ struct RecordingShell : Shell {
     void SetGPSMenuState(bool on) override { log.push_back(on ? "gps menu on" : "gps menu off"); }
     int redraws = 0;
     void ChartRedrawRequested() override { ++redraws; }
-    void ChartPainted() override {}
-    void ChartWarningsChanged() override {}
     void ChartStatusChanged() override { log.push_back("chart status"); }
-    void ChartErrorsChanged() override {}
-    NavHost* NavWindows() override { return nullptr; }
 };
 
 std::string WithChecksum(const std::string& body) {

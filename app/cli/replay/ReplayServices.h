@@ -25,7 +25,7 @@
 #include "platform/api/Comms.h"
 #include "platform/api/Dialogs.h"
 #include "platform/comms/LineQueue.h"
-#include "plotter/Shell.h"
+#include "plotter/WindowlessShell.h"
 
 namespace ombra {
 
@@ -166,7 +166,7 @@ private:
     Destination last_;
 };
 
-class ReplayShell : public Shell {
+class ReplayShell : public WindowlessShell {
 public:
     ReplayShell(EventSink& events, const Answers& answers)
         : events_(events), answers_(answers), nav_(events, answers) {}
@@ -175,26 +175,8 @@ public:
     // After each tick: the vessel's mode, told when it changed.
     void WatchMode();
 
-    bool ShowSplash() override { return false; }
-    void CloseSplash() override {}
     void CreateMainWindow(const std::string&) override { windowUp_ = true; }
-    void ApplyWindowState(int) override {}
-    void ApplyWindowRect(double, double, double, double) override {}
-    void BuildMenus() override {}
-    void InitRunMenu(bool, bool) override {}
-    void LoadCommsForms() override {}
-    void ShowMainWindow() override {}
-    int DisplayColours() override { return -1; }
-    void ShowColourWarning() override {}
-    std::string ShowDisclaimer(const std::string&, const std::string&) override { return "Accept"; }
-    void EnableMainTimer() override {}
     void EndProcess() override { windowUp_ = false; }
-    void SetInfoPanel(int, const std::string&) override {}
-    void ChartRedrawRequested() override {}
-    void ChartPainted() override {}
-    void ChartWarningsChanged() override {}
-    void ChartStatusChanged() override {}
-    void ChartErrorsChanged() override {}
     NavHost* NavWindows() override { return windowUp_ ? &nav_ : nullptr; }
 
     std::string ShowAlarm(AlarmForm form, const std::string& caption, const std::string& text, bool beep) override;
