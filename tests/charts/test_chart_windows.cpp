@@ -22,17 +22,12 @@
 #include "ui/FrmChartManager.h"
 #include "ui/FrmNotes.h"
 #include "ui/FrmOptions.h"
+#include "tests/support/QtApp.h"
 
 namespace ombra::test {
 namespace {
 
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "test";
-    static char* argv[] = {name, nullptr};
-    static QApplication* app = new QApplication(argc, argv);  // kept to the end of the process
-    return *app;
-}
+using ombra::test::App;
 
 TEST(ChartWindows, ChartAreaPaintsAndDrags) {
     App();

@@ -18,6 +18,7 @@
 #include "ui/ChartArea.h"
 #include "ui/FrmMain.h"
 #include "ui/QtShell.h"
+#include "tests/support/QtApp.h"
 
 namespace ombra::test {
 namespace {
@@ -38,9 +39,7 @@ struct ViewWindow {
     QtShell shell{windowDialogs, true};
     Plotter plotter{{store, dialogs, clock, events, shell}};
     ViewWindow(TempDir& d, MemorySettings& s, FixtureChart chart = DefaultFixture(), bool install = true) : dir(d), store(s) {
-        static int argc = 1;
-        static char name[] = "test", *argv[] = {name, nullptr};
-        if (!qApp) new QApplication(argc, argv);  // kept to the end of the process
+        App();
         shell.SetPlotter(&plotter);
         EXPECT_TRUE(plotter.Start("NOSPLASH", dir / "ombra", dir / "home", dir / "none"));
         // No variation model here: its one message now, not amid a test's questions.

@@ -25,19 +25,14 @@
 #include "ui/FrmSatInfo.h"
 #include "ui/FrmVessel.h"
 #include "ui/QtShell.h"
+#include "tests/support/QtApp.h"
 
 using namespace ombra;
 using ombra::test::InstrumentsFixture;
 
 namespace {
 
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "test_instrument_windows";
-    static char* argv[] = {name, nullptr};
-    static QApplication* app = new QApplication(argc, argv);
-    return *app;
-}
+using ombra::test::App;
 
 // The share of pixels that differ from the top-left one: a blank window is 0.
 double Drawn(QWidget& w, const std::string& saveAs) {

@@ -10,6 +10,7 @@
 #include "platform/fake/ScriptedDialogs.h"
 #include "tests/support/TestSupport.h"
 #include "ui/FrmDeviation.h"
+#include "tests/support/QtApp.h"
 
 using namespace ombra;
 
@@ -18,13 +19,7 @@ namespace {
 // The application lives to the end of the process and is never destroyed:
 // tearing it down among the exit handlers would pull the keyboard device
 // that the typed keys created out from under Qt's own statics.
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "test_frmdeviation";
-    static char* argv[] = {name, nullptr};
-    static QApplication* app = new QApplication(argc, argv);
-    return *app;
-}
+using ombra::test::App;
 
 // Types text key by key, through the box's key filter.
 void Type(QWidget* w, const QString& text) {

@@ -33,17 +33,12 @@
 #include "ui/FrmWayPoint.h"
 #include "ui/FrmWayPointDB.h"
 #include "ui/QtShell.h"
+#include "tests/support/QtApp.h"
 
 namespace ombra::test {
 namespace {
 
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "test_navigator";
-    static char* argv[] = {name, nullptr};
-    static QApplication* app = new QApplication(argc, argv);  // lives to the end of the process
-    return *app;
-}
+using ombra::test::App;
 
 // Bumped as each test's plotter goes, so that a wait left over from one
 // never acts on the windows of the next.

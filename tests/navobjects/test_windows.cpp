@@ -9,17 +9,12 @@
 #include "ui/FrmRoute.h"
 #include "ui/FrmWayPoint.h"
 #include "ui/FrmWayPointDB.h"
+#include "tests/support/QtApp.h"
 
 namespace ombra::test {
 namespace {
 
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "test_navobjects_windows";
-    static char* argv[] = {name, nullptr};
-    static QApplication* app = new QApplication(argc, argv);  // lives to the end of the process
-    return *app;
-}
+using ombra::test::App;
 
 struct Windows : NavSet {
     void SetUp() override {

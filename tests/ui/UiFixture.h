@@ -11,18 +11,11 @@
 #include "platform/fake/MemorySettings.h"
 #include "platform/qt/QtServices.h"
 #include "plotter/Plotter.h"
+#include "tests/support/QtApp.h"
 #include "tests/support/TestSupport.h"
 #include "ui/QtShell.h"
 
 namespace ombra::test {
-
-inline QApplication& App() {
-    static int argc = 1;
-    static char name[] = "test_ui";
-    static char* argv[] = {name, nullptr};
-    static QApplication* app = new QApplication(argc, argv);
-    return *app;
-}
 
 struct Window {
     TempDir dir;
