@@ -4,7 +4,7 @@ node factors (middle of each year) that a tide database carries, for a few
 constituents and years, from the text dump of Debian's tcd-utils:
 
     restore_tide_db /usr/share/xtide/harmonics-dwf-20191229-free.tcd dump
-    python3 tools/tide/extract-astronomy.py dump.txt 2020 2035 M2 S2 ... > table.txt
+    python3 tools/tide-extract-astronomy.py dump.txt 2020 2035 M2 S2 ... > table.txt
 
 Output: one line per constituent and year, "NAME YEAR V0U F".
 """
