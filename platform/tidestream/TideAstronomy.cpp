@@ -38,6 +38,7 @@ std::vector<Constituent> Build() {
     };
     // Schureman's arguments: T the mean sun's hour angle (180 at midnight).
     const Simple simple[] = {
+        {"Z0", {0, 0, 0, 0, 0, 0}, 0, None},     // the mean, held still
         {"SA", {0, 0, 1, 0, 0, 0}, 0, None},     {"SSA", {0, 0, 2, 0, 0, 0}, 0, None},
         {"MM", {0, 1, 0, -1, 0, 0}, 0, Mm},      {"MF", {0, 2, 0, 0, 0, 0}, 0, Mf},
         {"2Q1", {1, -4, 1, 2, 0, 0}, 90, O1},    {"Q1", {1, -3, 1, 1, 0, 0}, 90, O1},
