@@ -7,8 +7,14 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <utility>
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <sys/wait.h>
 #include <tcd.h>
+#include <unistd.h>
 
 #include "platform/tidestream/TideAstronomy.h"
 
@@ -59,9 +65,11 @@ double DepthInName(const std::string& name) {
     return *end == 'm' ? v / 0.3048 : v;
 }
 
-std::optional<RegionData> RegionFromTcd(const std::string& tcdPath, const TcdBox& box,
-                                        const std::string& name, double radiusNm,
-                                        TcdImportReport& report, std::string* error) {
+namespace {
+
+std::optional<RegionData> ImportHere(const std::string& tcdPath, const TcdBox& box,
+                                     const std::string& name, double radiusNm,
+                                     TcdImportReport& report, std::string* error) {
     auto fail = [&](std::string why) {
         if (error) *error = std::move(why);
         return std::nullopt;
@@ -174,6 +182,100 @@ std::optional<RegionData> RegionFromTcd(const std::string& tcdPath, const TcdBox
         }
         ++report.used;
     }
+    return r;
+}
+
+bool WriteAll(int fd, const std::string& s) {
+    size_t at = 0;
+    while (at < s.size()) {
+        const ssize_t n = write(fd, s.data() + at, s.size() - at);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
+        at += size_t(n);
+    }
+    return true;
+}
+
+}  // namespace
+
+// libtcd trusts its file: a damaged database can stop it with an assertion.
+// So the database is read in a child process, which hands back the region's
+// two files and the counts through a pipe, and whatever becomes of the
+// child, the caller gets a region or a reason.
+std::optional<RegionData> RegionFromTcd(const std::string& tcdPath, const TcdBox& box,
+                                        const std::string& name, double radiusNm,
+                                        TcdImportReport& report, std::string* error) {
+    auto fail = [&](std::string why) {
+        if (error) *error = std::move(why);
+        return std::nullopt;
+    };
+    int fds[2];
+    if (pipe(fds) != 0) return fail("cannot start the database reader");
+    std::fflush(nullptr);
+    const pid_t child = fork();
+    if (child < 0) {
+        close(fds[0]);
+        close(fds[1]);
+        return fail("cannot start the database reader");
+    }
+    if (child == 0) {
+        close(fds[0]);
+        TcdImportReport rep;
+        std::string why;
+        auto r = ImportHere(tcdPath, box, name, radiusNm, rep, &why);
+        std::string msg;
+        if (r) {
+            msg = "OK\n" + std::to_string(rep.used) + " " + std::to_string(rep.subordinate) + " " +
+                  std::to_string(rep.heightOnly) + " " + std::to_string(rep.hydraulic) + " " +
+                  std::to_string(rep.noDirection) + " " + std::to_string(rep.deeperBin) + "\n";
+            for (const auto& c : rep.droppedConstituents) msg += c + " ";
+            const std::string hdr = HeaderText(*r);
+            msg += "\n" + std::to_string(hdr.size()) + "\n" + hdr + HarmonicsBytes(*r);
+        } else {
+            msg = "ERR\n" + why;
+        }
+        _exit(WriteAll(fds[1], msg) ? 0 : 3);
+    }
+    close(fds[1]);
+    std::string got;
+    char buf[65536];
+    for (;;) {
+        const ssize_t n = read(fds[0], buf, sizeof buf);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) break;
+        got.append(buf, size_t(n));
+    }
+    close(fds[0]);
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        return fail("the database " + tcdPath + " is damaged: its reader stopped" +
+                    (WIFSIGNALED(status) ? " (signal " + std::to_string(WTERMSIG(status)) + ")" : ""));
+    if (got.rfind("ERR\n", 0) == 0) return fail(got.substr(4));
+    // OK, counts, dropped constituents, header length, header, harmonics.
+    std::vector<std::string> lines;
+    size_t at = 0;
+    for (int i = 0; i < 4; ++i) {
+        const size_t e = got.find('\n', at);
+        if (e == std::string::npos) return fail("the database reader answered nothing usable");
+        lines.push_back(got.substr(at, e - at));
+        at = e + 1;
+    }
+    const size_t hdrLen = std::strtoul(lines[3].c_str(), nullptr, 10);
+    if (lines[0] != "OK" || hdrLen > got.size() - at) return fail("the database reader answered nothing usable");
+    std::string why;
+    auto r = ParseRegion(std::string_view(got).substr(at, hdrLen), std::string_view(got).substr(at + hdrLen), &why);
+    if (!r) return fail("the database gave an unusable region: " + why);
+    TcdImportReport rep;
+    std::sscanf(lines[1].c_str(), "%d %d %d %d %d %d", &rep.used, &rep.subordinate, &rep.heightOnly,
+                &rep.hydraulic, &rep.noDirection, &rep.deeperBin);
+    std::string word;
+    for (char c : lines[2] + " ") {
+        if (c != ' ') word += c;
+        else if (!word.empty()) rep.droppedConstituents.push_back(std::exchange(word, {}));
+    }
+    report = rep;
     return r;
 }
 

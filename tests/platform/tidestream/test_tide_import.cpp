@@ -96,6 +96,9 @@ TEST(TideImport, RegionPredictsEachStationsOwnStream) {
 TEST(TideImport, BadRequestsFailWithAReason) {
     if (!std::filesystem::exists(kTcd)) GTEST_SKIP() << kTcd << " is absent: install xtide-data (tools/install-deps.sh)";
     TempDir dir;
+    WriteFile(dir / "empty.tcd", "");  // stops libtcd itself with an assertion
+    std::string cut = ReadFile(kTcd);
+    WriteFile(dir / "cut.tcd", cut.substr(0, 5000));
     const struct {
         std::vector<std::string> args;
         int exitCode;
@@ -104,6 +107,8 @@ TEST(TideImport, BadRequestsFailWithAReason) {
         {{"--tcd", kTcd, "--box", "10", "-40", "11", "-39", "--out", dir / "Region01"}, 1, "no tidal-current station"},
         {{"--tcd", kTcd, "--box", "11", "-40", "10", "-39", "--out", dir / "Region01"}, 1, "box"},
         {{"--tcd", dir / "none.tcd", "--box", "10", "-40", "11", "-39", "--out", dir / "Region01"}, 1, "cannot read"},
+        {{"--tcd", dir / "empty.tcd", "--box", "10", "-40", "11", "-39", "--out", dir / "Region01"}, 1, "damaged"},
+        {{"--tcd", dir / "cut.tcd", "--box", "-90", "-180", "90", "180", "--out", dir / "Region01"}, 1, "no tidal-current station"},
         {{"--tcd", kTcd, "--box", "10", "-40", "11", "--out", dir / "Region01"}, 2, "usage"},
         {{"--tcd", kTcd, "--box", "10", "-40", "11", "-39"}, 2, "usage"},
     };
