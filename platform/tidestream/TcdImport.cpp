@@ -10,6 +10,7 @@
 #include <utility>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <sys/wait.h>
@@ -220,6 +221,9 @@ std::optional<RegionData> RegionFromTcd(const std::string& tcdPath, const TcdBox
     }
     if (child == 0) {
         close(fds[0]);
+        // The child dies plainly on a fault, and cannot hang for ever.
+        for (int sig : {SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGALRM}) std::signal(sig, SIG_DFL);
+        alarm(120);
         TcdImportReport rep;
         std::string why;
         auto r = ImportHere(tcdPath, box, name, radiusNm, rep, &why);
