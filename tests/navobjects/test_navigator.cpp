@@ -45,9 +45,10 @@ using ombra::test::App;
 int generation = 0;
 
 // Runs `act` on the window of type W once it is the active modal dialog
-// (or, for a menu, the open pop-up); gives up after about two seconds.
+// (or, for a menu, the open pop-up); gives up after about thirty seconds,
+// long enough for a machine loaded by a parallel build.
 template <class W>
-void WhenUp(std::function<void(W*)> act, int tries = 200, int gen = -1) {
+void WhenUp(std::function<void(W*)> act, int tries = 3000, int gen = -1) {
     if (gen < 0) gen = generation;
     QTimer::singleShot(10, [act, tries, gen] {
         if (gen != generation) return;
