@@ -95,7 +95,9 @@ TEST(AlarmWindows, EachAlarmIsAModelessWindowOnTopAndItsButtonIsTheAnswer) {
         EXPECT_TRUE(b.shell.Main()->isEnabled());  // the main window runs on behind it
         b.Click(c.form, c.button);
         EXPECT_FALSE(w->isVisible());
-        if (c.form != AlarmForm::Boundary) EXPECT_EQ(b.plotter.alarms().Window(c.form).Tag, c.button);
+        if (c.form != AlarmForm::Boundary) {
+            EXPECT_EQ(b.plotter.alarms().Window(c.form).Tag, c.button);
+        }
         b.At(b.plotter.instruments().vessel.vessel.Pos);
         EXPECT_TRUE(c.answered(b));
         EXPECT_FALSE(w->isVisible());
