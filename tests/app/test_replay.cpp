@@ -263,10 +263,12 @@ TEST(Replay, ArrivalAlarmsAtEachPointAndYesAdvancesThroughTheRoute) {
     auto up = yes.Of("alarm", "Waypoint Arrival");
     ASSERT_EQ(up.size(), points);
     for (size_t i = 0; i < points; ++i) {
-        char id[8];
+        char id[24];
         std::snprintf(id, sizeof id, "WP%03zu", i + 1);
         EXPECT_NE(up[i]->Str("text").find(id), std::string::npos) << up[i]->Str("text");
-        if (i + 1 < points) EXPECT_LE(up[i]->time, act[i + 1]->time);
+        if (i + 1 < points) {
+            EXPECT_LE(up[i]->time, act[i + 1]->time);
+        }
     }
     EXPECT_EQ(yes.Of("alarm_closed", "Waypoint Arrival").size(), points);
     // The last point's Yes drops the route before the log ends.

@@ -45,7 +45,9 @@ struct ViewWindow {
         // No variation model here: its one message now, not amid a test's questions.
         plotter.magVar().MagneticVariation(DM(50, 0, -12, 0));
         std::string why;
-        if (install) EXPECT_TRUE(InstallFixtureChart(plotter.charts(), plotter.charts().Root(), chart, "20240601", &why)) << why;
+        if (install) {
+            EXPECT_TRUE(InstallFixtureChart(plotter.charts(), plotter.charts().Root(), chart, "20240601", &why)) << why;
+        }
     }
     void Open() {
         plotter.OpenChartNumber("1234A");
@@ -229,7 +231,9 @@ TEST(ProgramOptions, ReadoutsCursorAndZoomAreaFollowTheOptionsAtOnce) {
         MemorySettings store;
         ViewWindow w(dir, store, noShift);
         w.Open();
-        if (vessel) ASSERT_TRUE(w.DeadReckon("6"));
+        if (vessel) {
+            ASSERT_TRUE(w.DeadReckon("6"));
+        }
         w.plotter.nav().tools.End();
         w.Options([&](OptionsValues& o) { o.ActiveCoordDisplay = active, o.ForceWGS84 = wgs84, o.ShowZoomRect = zoomRect; });
         Display& view = w.plotter.charts().View;

@@ -324,7 +324,9 @@ TEST(Decoders, ResultsSayWhatChanged) {
         DecodeResult r = f.ins.decoder.Run(*route, SplitFields(s, route->maxField), s);
         EXPECT_EQ(int(r.changed), int(c.changed));
         ASSERT_EQ(r.faults.size(), c.faults);
-        if (c.faults) EXPECT_EQ(r.faults[0], "Overflow");
+        if (c.faults) {
+            EXPECT_EQ(r.faults[0], "Overflow");
+        }
         EXPECT_TRUE(f.Messages().empty());
     }
 }

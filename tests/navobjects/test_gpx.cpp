@@ -120,7 +120,9 @@ TEST(Gpx, OddAndHostileFiles) {
         EXPECT_EQ(ReadGpx(NavData("gpx/" + file), d, why), whole == 1) << why;
         EXPECT_EQ(int(d.Waypoints.size()), kept);
         EXPECT_EQ(d.Skipped, skipped);
-        if (!whole) EXPECT_TRUE(Has(why, word)) << why;
+        if (!whole) {
+            EXPECT_TRUE(Has(why, word)) << why;
+        }
         for (const Waypoint& w : d.Waypoints) {
             EXPECT_EQ(w.Name.find("aaaa"), std::string::npos);       // no entity expansion
             EXPECT_EQ(w.Description.find("root:"), std::string::npos);  // no external entity

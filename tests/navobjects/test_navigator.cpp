@@ -242,8 +242,12 @@ TEST(Navigator, EveryActivationAsksFirstWhileTheAutopilotOutputIsOn) {
             path.activate(n);
             std::vector<std::string> asked = n.Asked();
             ASSERT_EQ(asked.size(), reply ? 1u : 0u);
-            if (reply) EXPECT_EQ(asked[0], kAutopilotQuestion);
-            if (reply) EXPECT_EQ(n.dialogs.asked.back().style, mb::YesNo | mb::Question);
+            if (reply) {
+                EXPECT_EQ(asked[0], kAutopilotQuestion);
+            }
+            if (reply) {
+                EXPECT_EQ(n.dialogs.asked.back().style, mb::YesNo | mb::Question);
+            }
             bool on = reply != mb::No;
             EXPECT_EQ(n.Leg().Kind, on ? path.kind : 0);
             EXPECT_EQ(n.nav.waypoints.ActiveIndex != 0, on && path.kind == 1);

@@ -152,7 +152,9 @@ TEST(AisRateOfTurn, TheWholeRangeOfTheIndicator) {
         ASSERT_FALSE(s.empty()) << raw;
         const int v = std::atoi(s.c_str());
         EXPECT_GE(v, last) << raw << " " << s;
-        if (v != 0) EXPECT_EQ(v > 0, raw > 0) << raw;
+        if (v != 0) {
+            EXPECT_EQ(v > 0, raw > 0) << raw;
+        }
         last = v;
     }
 }

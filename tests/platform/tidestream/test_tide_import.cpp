@@ -83,9 +83,10 @@ TEST(TideImport, RegionPredictsEachStationsOwnStream) {
                 const double along = p.east * std::sin(rec.max_direction * kRad) + p.north * std::cos(rec.max_direction * kRad);
                 const double expected = DatabaseStream(record, t[0], t[1], t[2], t[3], t[4]) * 1852.0 / 3.6;
                 EXPECT_NEAR(along, expected, 6.0) << st.name << " " << t[0] << " zone " << zoneMinutes << " nodes " << p.nodes;
-                if (std::fabs(expected) > 50)
+                if (std::fabs(expected) > 50) {
                     EXPECT_NEAR(std::remainder(p.dir / 10.0 - rec.max_direction - (expected < 0 ? 180 : 0), 360.0), 0, 0.6)
                         << st.name;
+                }
             }
         }
         close_tide_db();
