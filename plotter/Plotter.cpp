@@ -9,6 +9,7 @@
 #include "navobjects/CommonDB.h"
 #include "plotter/AisBridge.h"
 #include "platform/chartlib/OmbraChartLibrary.h"
+#include "platform/tidestream/HarmonicTideStream.h"
 
 namespace ombra {
 
@@ -40,7 +41,9 @@ Plotter::Plotter(PlotterServices s)
       alarmHost_(*this),
       alarms_(registry_, units_, errors_, instruments_.leg, alarmHost_),
       logHost_(*this),
-      logs_(errors_, s.dialogs, s.clock, logHost_) {
+      logs_(errors_, s.dialogs, s.clock, logHost_),
+      ownTideStream_(s.tideStream ? nullptr : std::make_unique<HarmonicTideStream>()),
+      tides_(s.tideStream ? *s.tideStream : *ownTideStream_, errors_) {
     RegisterNavLayers(charts_.View, nav_);
     RegisterAlarmLayers();
 }
@@ -438,6 +441,8 @@ void Plotter::FoldersFixed() {
     magVar_.SetDatPath(globals_.AppDatPath);
     // The deviation card lives in the user's data root.
     deviation_.SetDataPath(globals_.UserDataPath);
+    // Tide regions live in the user's "Dat\" folder.
+    tides_.SetDataPath(NativePath(globals_.UserDataPath + "Dat\\"));
 }
 
 void Plotter::SaveSystemPalette() {}
@@ -475,6 +480,7 @@ void Plotter::LoadNavObjects() {
     // The day's log, and its track as the one recorded into.
     logs_.SaveTrack = !registry_.IsFalse(Key::LogSaveTrack);
     logs_.InitLogs(globals_.UserDataPath);
+    tides_.ListTideRegions();
     ReopenStore(nav_.boundaries, Key::LastBoundaryDatabase);
     ReopenStore(nav_.routes, Key::LastRouteDatabase);
 }

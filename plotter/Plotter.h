@@ -40,6 +40,8 @@
 #include "alarms/Alarms.h"
 #include "logbook/LogEntry.h"
 #include "logbook/Logs.h"
+#include "platform/api/TideStream.h"
+#include "tides/Tides.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
 
@@ -56,6 +58,8 @@ struct PlotterServices {
     Comms* comms = nullptr;
     // The raster chart engine; when null the plotter uses Ombra's own.
     ChartLibrary* chartLibrary = nullptr;
+    // The tidal stream model; when null the plotter uses Ombra's own.
+    TideStream* tideStream = nullptr;
 };
 
 class Plotter;
@@ -272,6 +276,8 @@ public:
     // The alarms: their windows' buttons (Press), the anchor commands of
     // the chart pop-up and man overboard.
     Alarms& alarms() { return alarms_; }
+    // The tide regions and the stream at a point.
+    Tides& tides() { return tides_; }
 
     // ---- Commands of the windows that reach across modules ---------------
     // The chart centred on the vessel (Vessel > Centre on Vessel).
@@ -401,6 +407,9 @@ private:
     // The day's log book.
     PlotterLogHost logHost_;
     Logs logs_;
+    // The tidal stream model: the one the services name, else Ombra's own.
+    std::unique_ptr<TideStream> ownTideStream_;
+    Tides tides_;
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus_ = 0;

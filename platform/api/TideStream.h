@@ -11,6 +11,7 @@
 #pragma once
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace ombra {
 
@@ -40,6 +41,10 @@ public:
                                         int32_t second, int32_t reserved, int32_t& out1,
                                         int32_t& out2, int32_t& out3, int32_t& out4,
                                         int32_t& out5) = 0;
+
+    // Why the region selected last was refused, in words for the navigator;
+    // empty when it was read.
+    virtual std::string LastError() const = 0;
 };
 
 }  // namespace ombra

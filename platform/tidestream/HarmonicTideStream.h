@@ -42,7 +42,7 @@ public:
                                 int32_t& out3, int32_t& out4, int32_t& out5) override;
 
     // Why the selected region was refused; empty when it was read.
-    const std::string& LastError() const { return error_; }
+    std::string LastError() const override { return error_; }
 
     // A compiled region, kept in memory.
     struct Compiled {
