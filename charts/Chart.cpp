@@ -201,11 +201,6 @@ void Chart::QuickCheck() {
     checks_.QuickCheck(cat_, state_.Root, state_.HeaderPath, state_.Header.ChartNumber);
 }
 
-bool Chart::IsShiftData(int16_t plan) const {
-    if (!state_.IsOpen() || plan < 0 || size_t(plan) >= state_.Header.Plans.size()) return false;
-    return state_.Header.Plans[size_t(plan)].HasShift;
-}
-
 WGS84Shift Chart::GetWGS84(int16_t plan) const {
     WGS84Shift s;
     errors_.Guard("GetWGS84", [&] {

@@ -76,9 +76,6 @@ public:
     void QuickCheck();
 
     bool ChartIsOpen() const { return state_.IsOpen(); }
-    // The plan's shift; false, or an empty shift, when no chart is open or
-    // the plan is not one of its plans (no message).
-    bool IsShiftData(int16_t plan) const;
     WGS84Shift GetWGS84(int16_t plan) const;
     int16_t GetPlanCount() const { return state_.Header.PlanCount; }
     int16_t GetFirstPlan() const { return state_.Header.FirstPlan; }

@@ -67,12 +67,6 @@ bool LegDrawing::RayToPlanEdge(int16_t plan, ChartPoint start, double angle, dou
     return found;
 }
 
-bool LegDrawing::RhumbToPlanEdge(int16_t plan, ChartPoint start, const LatLong& from, const LatLong& to, ChartPoint& result) {
-    double course, distance;
-    lib_.CourseDistanceRL(from, to, course, distance);
-    return RayToPlanEdge(plan, start, CompassToMath(course), distance, result);
-}
-
 bool LegDrawing::PlanEdgeCrossing(int16_t plan, int16_t& edge, const LatLong& from, const LatLong& to, LatLong& result) {
     if (plan < 0 || plan > PlanCount()) return false;
     const auto& o = state_.Header.Plans[size_t(plan)].Outline;

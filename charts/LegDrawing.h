@@ -72,7 +72,6 @@ public:
     // Where a ray from a pixel inside the plan first meets its border;
     // `distance` nautical miles (the ray is that long in the plan's pixels).
     bool RayToPlanEdge(int16_t plan, ChartPoint start, double angle, double distance, ChartPoint& result);
-    bool RhumbToPlanEdge(int16_t plan, ChartPoint start, const LatLong& from, const LatLong& to, ChartPoint& result);
     // The next border edge after `edge` (edges numbered from 1) that the leg
     // crosses in latitude and longitude (chart datum); true with its index.
     bool PlanEdgeCrossing(int16_t plan, int16_t& edge, const LatLong& from, const LatLong& to, LatLong& result);

@@ -23,7 +23,5 @@ int32_t CLng32(double value) {
     return int32_t(r);
 }
 
-double IntPart(double value) { return std::floor(value); }
-double FixPart(double value) { return std::trunc(value); }
 
 }  // namespace ombra

@@ -12,8 +12,5 @@ namespace ombra {
 double RoundEven(double value);
 int16_t CInt16(double value);   // rounds ties to even; Overflow outside -32768..32767
 int32_t CLng32(double value);   // rounds ties to even; Overflow outside 32-bit
-// The whole part toward minus infinity and toward zero.
-double IntPart(double value);   // floor
-double FixPart(double value);   // trunc
 
 }  // namespace ombra

@@ -393,7 +393,6 @@ void VesselModule::EndOfCycle() {
     e.Guard("UpdateVesselPos", [&] { h.RefreshSatInfo(v); });
 }
 
-double VesselModule::ClockNow() const { return c_.clock.Timer(); }
 
 void VesselModule::EnterDR(double courseTrue, double speed) {
     c_.errors.Guard("EnterDR", [&] {

@@ -159,7 +159,6 @@ public:
     // caller asks about leaving FILE DR first). In the GPS modes the fix
     // rules and nothing is done: false.
     bool PlaceVessel(const LatLong& pos);
-    double ClockNow() const;
 
     // The console rows that follow from the vessel and the leg (also the
     // leg's distance, bearing and course), and the cursor and tide rows.

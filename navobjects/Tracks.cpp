@@ -175,8 +175,6 @@ bool Tracks::TrackCheck(const LatLong& pos, double course, double now) {
     return true;
 }
 
-void Tracks::AddTrackPointByTime(const LatLong& pos, double course, double now) { TrackCheck(pos, course, now); }
-
 size_t Tracks::PointCount() const {
     size_t n = 0;
     for (const TrackSegment& s : Track) n += s.Points.size();

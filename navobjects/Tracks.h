@@ -72,7 +72,6 @@ public:
     // The three conditions, at each vessel position; true when a point
     // was added. `now` is the clock's seconds since midnight.
     bool TrackCheck(const LatLong& pos, double course, double now);
-    void AddTrackPointByTime(const LatLong& pos, double course, double now);
     void ClearTrack();
 
     void DrawTracks(Canvas& c);

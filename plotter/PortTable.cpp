@@ -12,9 +12,4 @@ std::string PortTable::DeviceOf(int16_t port) {
     return reg_.GetSetting(PortKey(port));
 }
 
-void PortTable::SetDevice(int16_t port, std::string_view device) {
-    if (port < 1 || port > Count) return;
-    reg_.SaveSetting(PortKey(port), Trim(device));
-}
-
 }  // namespace ombra

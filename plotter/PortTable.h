@@ -20,7 +20,6 @@ public:
     static constexpr int16_t Count = 8;
     PortTable(Registry& reg, std::string baseFolder) : reg_(reg), base_(std::move(baseFolder)) {}
     std::string DeviceOf(int16_t port) override;
-    void SetDevice(int16_t port, std::string_view device);
     std::string BaseFolder() override { return base_; }
     void SetBaseFolder(std::string folder) { base_ = std::move(folder); }
 

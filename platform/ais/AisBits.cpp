@@ -19,8 +19,6 @@ constexpr char kSixBit[] = "@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_ !\"#$%&'()*+,-./01
 
 }  // namespace
 
-char AisSixBitChar(unsigned value) { return kSixBit[value & 63u]; }
-
 bool AisBits::AppendArmoured(std::string_view payload, int fillBits) {
     if (fillBits < 0 || fillBits > 5) return false;
     const size_t added = payload.size() * 6;

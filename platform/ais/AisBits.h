@@ -64,7 +64,5 @@ private:
     size_t bits_ = 0;
 };
 
-// The ITU six-bit character for a value 0..63.
-char AisSixBitChar(unsigned value);
 
 }  // namespace ombra
