@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <set>
 
 #include "charts/DemoChart.h"
@@ -125,27 +126,38 @@ TEST_F(DemoTideRegionTest, RacesOffTheHeadlandsSlackInTheBayNoneAshore) {
     }
 }
 
-TEST_F(DemoTideRegionTest, TheTidesModuleListsItAndPredictsAtSeaOnly) {
-    ScriptedDialogs dialogs;
-    ErrorReporter errors(dialogs, "Ombra");
-    HarmonicTideStream stream;
-    Tides tides(stream, errors);
-    tides.SetDataPath(dir.path() + "/");
-    tides.ListTideRegions();
-    ASSERT_EQ(tides.TideRegionCount(), 1);
-    EXPECT_EQ(tides.TideRegions()[1].Name, "Region01");
-    EXPECT_TRUE(dialogs.asked.empty());
+// The demo set-up puts the region where the plotter's tides module looks at
+// start-up, the home's "Dat" folder, in a new home and in an older one.
+TEST(DemoTideRegion, DemoSetUpInstallsItWhereTheTidesModuleLooks) {
+    TempDir home;
+    const std::vector<std::string> setUp = {"bash", SourcePath("tools/demo-setup.sh"), CliPath(), home.path()};
+    for (const char* when : {"a new home", "an older home without it"}) {
+        SCOPED_TRACE(when);
+        std::remove((home / "Dat/Region01.Hdr").c_str());
+        const RunResult run = test::Run(setUp);
+        ASSERT_EQ(run.exitCode, 0) << run.err;
 
-    const LatLong c = DemoChart::IslandCentre(), sea = Offset(c, 4, 0);
-    EXPECT_EQ(tides.FindTideRegion(sea), 1);
-    EXPECT_EQ(tides.FindTideRegion(c), 1);
-    EXPECT_EQ(tides.FindTideRegion(Offset(c, 11, 0)), 0);  // north of the chart
-    tides.TideTime = ombra::DateTime{2026, 11, 23, 10, 30, 0}.Serial();
-    float drift = 0, set = 0;
-    ASSERT_TRUE(tides.GetTide(sea, drift, set));
-    EXPECT_GT(drift, 0.1f);
-    EXPECT_LT(drift, 5.0f);
-    EXPECT_FALSE(tides.GetTide(c, drift, set));
+        ScriptedDialogs dialogs;
+        ErrorReporter errors(dialogs, "Ombra");
+        HarmonicTideStream stream;
+        Tides tides(stream, errors);
+        tides.SetDataPath(home / "Dat/");
+        tides.ListTideRegions();
+        ASSERT_EQ(tides.TideRegionCount(), 1);
+        EXPECT_EQ(tides.TideRegions()[1].Name, "Region01");
+        EXPECT_TRUE(dialogs.asked.empty());
+
+        const LatLong c = DemoChart::IslandCentre(), sea = DemoPassagePosition(0);
+        EXPECT_EQ(tides.FindTideRegion(sea), 1);
+        EXPECT_EQ(tides.FindTideRegion(c), 1);
+        EXPECT_EQ(tides.FindTideRegion(Offset(c, 11, 0)), 0);  // north of the chart
+        tides.TideTime = ombra::DateTime{2026, 11, 23, 10, 30, 0}.Serial();
+        float drift = 0, set = 0;
+        ASSERT_TRUE(tides.GetTide(sea, drift, set));
+        EXPECT_GT(drift, 0.1f);
+        EXPECT_LT(drift, 5.0f);
+        EXPECT_FALSE(tides.GetTide(c, drift, set));
+    }
 }
 
 }  // namespace
