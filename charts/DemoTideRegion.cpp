@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <complex>
+#include <iterator>
 
 #include "charts/DemoChart.h"
 #include "core/Angles.h"
@@ -50,7 +51,7 @@ struct Features {
     Local races[2];
     Local bay;
 };
-Features Find() {
+Features FindFeatures() {
     Features f;
     LatLong east, south;
     DemoChart::BayHeadlands(east, south);
@@ -108,7 +109,7 @@ tide::RegionData DemoTideRegion() {
         openNorth[k] = along * ca - across * sa;
     }
 
-    const Features f = Find();
+    const Features f = FindFeatures();
     for (int row = 0; row < kRows; ++row) {
         const double lat = kSouth + row * (kNorth - kSouth) / (kRows - 1);
         for (int col = 0; col < kCols; ++col) {
