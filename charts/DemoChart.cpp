@@ -171,6 +171,15 @@ LatLong DemoChart::HarbourEntrance() {
     return {lon * 3600.0, lat * 3600.0};
 }
 
+void DemoChart::BayHeadlands(LatLong& east, LatLong& south) {
+    double ae, an, be, bn, lat, lon;
+    Headlands(ae, an, be, bn);
+    FromLocal(ae, an, lat, lon);
+    east = {lon * 3600.0, lat * 3600.0};
+    FromLocal(be, bn, lat, lon);
+    south = {lon * 3600.0, lat * 3600.0};
+}
+
 double DemoChart::DepthAt(const LatLong& pos) {
     double e, n;
     Local(pos.Lat / 3600.0, pos.Long / 3600.0, e, n);

@@ -48,6 +48,8 @@ public:
     // Facts of the invented world, for tests and the demo passage.
     static LatLong IslandCentre();   // 50°00'N 12°00'W
     static LatLong HarbourEntrance();
+    // The two headlands either side of the harbour bay, east then south.
+    static void BayHeadlands(LatLong& east, LatLong& south);
     // Depth in metres at a position: negative on land and drying ground.
     static double DepthAt(const LatLong& pos);
     // Pixel of a position on plan 0 or 1 (the drawing's own mapping).

@@ -3,8 +3,10 @@
 # recorded demo log and open the demo chart and databases, the demo chart
 # itself, and the "Demo Island" waypoint, route and boundary databases (a
 # route round the island that the passage follows, a firing range across
-# it). Runs once a home; delete the home folder to start afresh. The
-# databases are added to an older demo home too.
+# it), and the tidal streams round the island (the tide region Region01 in
+# the home's tide data folder, "Dat"). Runs once a home; delete the home
+# folder to start afresh. The databases and the tide region are added to an
+# older demo home too.
 set -euo pipefail
 cli="$1"
 home="$2"
@@ -12,6 +14,10 @@ root="$(cd "$(dirname "$0")/.." && pwd)"
 stamp="$home/.demo-ready"
 if "$cli" --help 2>/dev/null | grep -q 'nav-demo'; then
   "$cli" nav-demo --data "$home" >/dev/null
+fi
+if [ ! -f "$home/Dat/Region01.Hdr" ] && "$cli" --help 2>/dev/null | grep -q 'tide make-demo'; then
+  mkdir -p "$home/Dat"
+  "$cli" tide make-demo --out "$home/Dat/Region01" >/dev/null
 fi
 [ -f "$stamp" ] && exit 0
 ini="$home/Vestrane.ini"

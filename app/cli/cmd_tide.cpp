@@ -7,10 +7,15 @@
 //       stations, DIR/RegionNN.Hdr and .Hrm; a station's stream reaches
 //       --radius nautical miles (10 unless given). Prints what was used and
 //       what was skipped, and why.
+//
+//   ombra-cli tide make-demo --out DIR/RegionNN
+//       the streams round the island of the demo chart (DemoTideRegion),
+//       DIR/RegionNN.Hdr and .Hrm.
 #include <cmath>
 #include <iostream>
 
 #include "app/cli/CliCommand.h"
+#include "charts/DemoTideRegion.h"
 #include "platform/tidestream/TcdImport.h"
 
 namespace ombra::cli {
@@ -83,12 +88,40 @@ int BuildRegion(const CliArgs& a, std::ostream& out, std::ostream& err) {
     return 0;
 }
 
+// DIR/RegionNN into the folder (with its separator, "." when none) and the base name.
+bool SplitTarget(const std::string& target, std::string& folder, std::string& base) {
+    const size_t slash = target.find_last_of('/');
+    folder = slash == std::string::npos ? "." : target.substr(0, slash + 1);
+    base = slash == std::string::npos ? target : target.substr(slash + 1);
+    return !base.empty();
+}
+
+int MakeDemo(const CliArgs& a, std::ostream& out, std::ostream& err) {
+    std::string folder, base, why;
+    if (a.size() != 3 || a[1] != "--out" || !SplitTarget(a[2], folder, base)) {
+        err << "usage: ombra-cli tide make-demo --out DIR/RegionNN\n";
+        return 2;
+    }
+    const tide::RegionData region = DemoTideRegion();
+    if (!tide::SaveRegion(region, folder, base, &why)) {
+        err << "ombra-cli tide make-demo: " << why << "\n";
+        return 1;
+    }
+    size_t sea = 0;
+    for (uint8_t s : region.sea) sea += s;
+    out << region.name << ": " << region.rows << " x " << region.cols << " nodes, " << sea
+        << " at sea, into " << a[2] << ".Hdr/.Hrm\n";
+    return 0;
+}
+
 int RunTide(const CliArgs& a, std::ostream& out, std::ostream& err) {
     if (!a.empty() && a[0] == "build-region") return BuildRegion(a, out, err);
+    if (!a.empty() && a[0] == "make-demo") return MakeDemo(a, out, err);
     return Usage(err);
 }
 
-CliRegistration reg{{"tide", "tide build-region --tcd FILE --box S W N E --out DIR/RegionNN [--name NAME] [--radius NM]", RunTide}};
+CliRegistration reg{{"tide", "tide build-region --tcd FILE --box S W N E --out DIR/RegionNN [--name NAME] [--radius NM]"
+                                "\n  tide make-demo --out DIR/RegionNN", RunTide}};
 
 }  // namespace
 }  // namespace ombra::cli
