@@ -172,6 +172,8 @@ void TideDisplay::CalcTideGrid(Canvas& canvas) {
                 cell.column = column;
                 cell.row = row;
                 cell.chartPixel = host_.ScreenToChart(at);
+                cell.screen = at;
+                cell.screenOfChart = host_.ChartToScreen(cell.chartPixel);
                 cell.Set = float(out5 / 10.0);
                 cell.Drift = float(out4 * kTideMmsToKnots);
                 cells_.push_back(cell);
@@ -187,7 +189,12 @@ void TideDisplay::DrawTideGrid(Canvas& canvas) {
         ClearTideGrid();
         return;
     }
-    for (const TideGridCell& cell : cells_) DrawTideArrow(canvas, cell, host_.ChartToScreen(cell.chartPixel));
+    // Each arrow moves as far as its chart pixel has moved on the canvas, so
+    // an unmoved chart draws every arrow where it was first drawn.
+    for (const TideGridCell& cell : cells_) {
+        const ChartPoint now = host_.ChartToScreen(cell.chartPixel);
+        DrawTideArrow(canvas, cell, {cell.screen.x + now.x - cell.screenOfChart.x, cell.screen.y + now.y - cell.screenOfChart.y});
+    }
 }
 
 void TideDisplay::DrawTideArrow(Canvas& canvas, const TideGridCell& cell, ChartPoint at) {

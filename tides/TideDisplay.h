@@ -55,6 +55,8 @@ struct TideGridCell {
     int column = 0, row = 0;  // computed cells start at 1
     LatLong pos;              // WGS84
     ChartPoint chartPixel;    // full-resolution chart pixel of the cell
+    ChartPoint screen;        // the canvas pixel it was worked out at
+    ChartPoint screenOfChart; // the chart pixel on the canvas then (rounded)
     float Set = 0.0f;         // degrees true
     float Drift = 0.0f;       // knots; 0 carries no arrow
 };
