@@ -43,9 +43,12 @@ Plotter::Plotter(PlotterServices s)
       logHost_(*this),
       logs_(errors_, s.dialogs, s.clock, logHost_),
       ownTideStream_(s.tideStream ? nullptr : std::make_unique<HarmonicTideStream>()),
-      tides_(s.tideStream ? *s.tideStream : *ownTideStream_, errors_) {
+      tides_(s.tideStream ? *s.tideStream : *ownTideStream_, errors_),
+      tideHost_(*this),
+      tideDisplay_(tides_, s.dialogs, s.clock, registry_, errors_, tideHost_) {
     RegisterNavLayers(charts_.View, nav_);
     RegisterAlarmLayers();
+    RegisterTideLayer();
 }
 
 // ---- The chart module's window side ------------------------------------------
@@ -141,8 +144,18 @@ void PlotterHooks::SetInfoLine(InfoPanel panel, const std::string& text) {
     p_.services_.shell.SetInfoPanel(int(panel), text);
 }
 void PlotterHooks::SetBusyCursor(bool busy) { p_.services_.shell.SetBusyCursor(busy); }
-// Not present yet: the tides module answers with its stream; none meanwhile.
-bool PlotterHooks::TideAtVessel(double&, double&) const { return false; }
+// The stream at the vessel: from the model when the navigator asks for it
+// (the last value it gave stays where it has none), else the set and drift
+// entered in the vessel dialog, when there is a drift.
+bool PlotterHooks::TideAtVessel(double& set, double& drift) const {
+    if (p_.tideDisplay_.UseProudman())
+        return p_.tideDisplay_.UpdateConsoleTide(p_.instruments_.vessel.vessel.Pos, set, drift);
+    const VesselModule& v = p_.instruments_.vessel;
+    if (v.UserTideDrift == 0.0) return false;
+    set = v.UserTideSet;
+    drift = v.UserTideDrift;
+    return true;
+}
 // Not present yet: the tides module works the course to steer.
 bool PlotterHooks::CourseToSteerLeg(double&) const { return false; }
 float PlotterHooks::VariationAt(const LatLong& pos) const { return p_.magVar_.MagneticVariation(pos); }

@@ -41,6 +41,7 @@
 #include "logbook/LogEntry.h"
 #include "logbook/Logs.h"
 #include "platform/api/TideStream.h"
+#include "tides/TideDisplay.h"
 #include "tides/Tides.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
@@ -237,6 +238,23 @@ private:
     Plotter& p_;
 };
 
+// What the stream display asks: the chart in view's pixels, positions and
+// sea test, the status line.
+class PlotterTideHost : public TideHost {
+public:
+    explicit PlotterTideHost(Plotter& p) : p_(p) {}
+    bool ScreenToTidePoint(int x, int y, LatLong& pos) override;
+    bool IsPointSea(const LatLong& pos) override;
+    ChartPoint ScreenToChart(ChartPoint screen) override;
+    ChartPoint ChartToScreen(ChartPoint chart) override;
+    std::string ViewKey() override;
+    void SetStatus(const std::string& text) override;
+    void TideRegionsChanged() override;
+
+private:
+    Plotter& p_;
+};
+
 class Plotter : public TickSteps, public StartupSteps {
 public:
     explicit Plotter(PlotterServices services);
@@ -278,6 +296,14 @@ public:
     Alarms& alarms() { return alarms_; }
     // The tide regions and the stream at a point.
     Tides& tides() { return tides_; }
+    // The stream grid, the stream at a point, the console's tide values,
+    // installing regions.
+    TideDisplay& tideDisplay() { return tideDisplay_; }
+    // The stream window's OK: the grid for `when` over the chart.
+    void ShowTideStreams(double when);
+    // Tides > Install Tidal Data; a harmonic database takes the stations of
+    // the chart in view.
+    void InstallTideSet();
 
     // ---- Commands of the windows that reach across modules ---------------
     // The chart centred on the vessel (Vessel > Centre on Vessel).
@@ -360,6 +386,8 @@ private:
     void ReopenStore(NavStore& store, Key key);
     // The anchor circle and the man-overboard mark in the chart's layers.
     void RegisterAlarmLayers();
+    // The stream grid in the chart's layers.
+    void RegisterTideLayer();
     // The cursor's position as the information line shows it.
     std::string CursorText(const LatLong& wgs84);
     // The view at exit, kept for the next start, and put back.
@@ -373,6 +401,7 @@ private:
     friend class PlotterNavHost;
     friend class PlotterAlarmHost;
     friend class PlotterLogHost;
+    friend class PlotterTideHost;
 
     PlotterServices services_;
     Globals globals_;
@@ -410,6 +439,8 @@ private:
     // The tidal stream model: the one the services name, else Ombra's own.
     std::unique_ptr<TideStream> ownTideStream_;
     Tides tides_;
+    PlotterTideHost tideHost_;
+    TideDisplay tideDisplay_;
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus_ = 0;

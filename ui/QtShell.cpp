@@ -15,6 +15,7 @@
 #include "ui/NavObjectCommands.h"
 #include "ui/AlarmCommands.h"
 #include "ui/LogCommands.h"
+#include "ui/TideCommands.h"
 #include "ui/WindowPalette.h"
 
 namespace ombra {
@@ -23,6 +24,7 @@ QtShell::QtShell(QtDialogs& dialogs, bool unattended) : dialogs_(dialogs), unatt
 
 QtShell::~QtShell() {
     // The commands hold the window; they go first.
+    tides_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -59,8 +61,12 @@ void QtShell::CreateMainWindow(const std::string& caption) {
                                                plotter_->services().dialogs, plotter_->services().clock,
                                                plotter_->services().events, &plotter_->gpsLink());
     alarms_ = std::make_unique<AlarmCommands>(*main_, *plotter_);
-    nav_->ExtendPopup = [this](QMenu& popup) { alarms_->AddAnchorEntries(popup); };
     logs_ = std::make_unique<LogCommands>(*main_, *plotter_);
+    tides_ = std::make_unique<TideCommands>(*main_, *plotter_);
+    nav_->ExtendPopup = [this](QMenu& popup) {
+        alarms_->AddAnchorEntries(popup);
+        tides_->AddPopupEntries(popup);
+    };
     // The chart's mouse goes to the tools first; the cursor read-out follows it too.
     if (ChartArea* area = charts_->Area()) {
         auto readout = area->OnMouseMove;
@@ -70,6 +76,7 @@ void QtShell::CreateMainWindow(const std::string& caption) {
             alarms_->ChartMove(onPlan, pos);
         };
         area->OnClick = [this](ChartPoint s, bool onPlan, const LatLong& pos, int button, bool dbl) {
+            if (button == 2) tides_->NoteClick(onPlan, pos);
             if (alarms_->ChartClick(onPlan, pos, button)) return true;
             return nav_->ChartClick(s, button, dbl);
         };
@@ -96,6 +103,7 @@ void QtShell::BuildMenus() {
     if (nav_) nav_->Bind();
     if (alarms_) alarms_->Bind();
     if (logs_) logs_->Bind();
+    if (tides_) tides_->Bind();
     main_->Bind("MDeviation", [this] {
         FrmDeviation card(main_.get(), plotter_->deviation());
         card.exec();
