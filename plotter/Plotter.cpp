@@ -46,6 +46,7 @@ Plotter::Plotter(PlotterServices s)
       tides_(s.tideStream ? *s.tideStream : *ownTideStream_, errors_) {
     RegisterNavLayers(charts_.View, nav_);
     RegisterAlarmLayers();
+    RegisterPassageLayer();
 }
 
 // ---- The chart module's window side ------------------------------------------
@@ -143,8 +144,6 @@ void PlotterHooks::SetInfoLine(InfoPanel panel, const std::string& text) {
 void PlotterHooks::SetBusyCursor(bool busy) { p_.services_.shell.SetBusyCursor(busy); }
 // Not present yet: the tides module answers with its stream; none meanwhile.
 bool PlotterHooks::TideAtVessel(double&, double&) const { return false; }
-// Not present yet: the tides module works the course to steer.
-bool PlotterHooks::CourseToSteerLeg(double&) const { return false; }
 float PlotterHooks::VariationAt(const LatLong& pos) const { return p_.magVar_.MagneticVariation(pos); }
 float PlotterHooks::CompassDeviation(float magneticHeading) const { return p_.deviation_.DeviationFor(magneticHeading); }
 // With the vessel off line nothing steers: whatever destination is active,

@@ -41,6 +41,7 @@
 #include "logbook/LogEntry.h"
 #include "logbook/Logs.h"
 #include "platform/api/TideStream.h"
+#include "tides/Passage.h"
 #include "tides/Tides.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
@@ -278,6 +279,8 @@ public:
     Alarms& alarms() { return alarms_; }
     // The tide regions and the stream at a point.
     Tides& tides() { return tides_; }
+    // The passage planner of the route window.
+    Passage& passage() { return passage_; }
 
     // ---- Commands of the windows that reach across modules ---------------
     // The chart centred on the vessel (Vessel > Centre on Vessel).
@@ -360,6 +363,8 @@ private:
     void ReopenStore(NavStore& store, Key key);
     // The anchor circle and the man-overboard mark in the chart's layers.
     void RegisterAlarmLayers();
+    // The planned passage's track in the chart's layers.
+    void RegisterPassageLayer();
     // The cursor's position as the information line shows it.
     std::string CursorText(const LatLong& wgs84);
     // The view at exit, kept for the next start, and put back.
@@ -410,6 +415,7 @@ private:
     // The tidal stream model: the one the services name, else Ombra's own.
     std::unique_ptr<TideStream> ownTideStream_;
     Tides tides_;
+    Passage passage_{tides_};
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus_ = 0;

@@ -124,6 +124,7 @@ public:
     std::vector<PassageLeg> Legs;
     std::vector<std::vector<LatLong>> PassageTrack;
     int VesselLeg = -1;          // the leg run from the vessel, or -1
+    int16_t PassageRoute = 0;    // the route planned, for its colour
     float PassageSpeed = 0.0f;
     double PassageStart = 0.0;
     int16_t PassageLegIndex = 0;
