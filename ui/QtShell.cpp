@@ -13,6 +13,7 @@
 #include "ui/ChartCommands.h"
 #include "ui/ChartArea.h"
 #include "ui/NavObjectCommands.h"
+#include "ui/RoutePassage.h"
 #include "ui/AlarmCommands.h"
 #include "ui/LogCommands.h"
 #include "ui/WindowPalette.h"
@@ -60,6 +61,7 @@ void QtShell::CreateMainWindow(const std::string& caption) {
                                                plotter_->services().events, &plotter_->gpsLink());
     alarms_ = std::make_unique<AlarmCommands>(*main_, *plotter_);
     nav_->ExtendPopup = [this](QMenu& popup) { alarms_->AddAnchorEntries(popup); };
+    nav_->PreparePassage = [this](FrmRoute& f) { AttachPlotterPassage(f, *plotter_); };
     logs_ = std::make_unique<LogCommands>(*main_, *plotter_);
     // The chart's mouse goes to the tools first; the cursor read-out follows it too.
     if (ChartArea* area = charts_->Area()) {
