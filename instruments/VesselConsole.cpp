@@ -103,11 +103,9 @@ void VesselModule::UpdateWaypointConsole() {
     row[9] = u.ToDisplay(UnitKind::Distance, float(x.distance), "0.00") + " " + u.UnitText(UnitKind::Distance);
     row[10] = x.mark;
 
-    double set = 0.0, drift = 0.0;
-    c_.hooks.TideAtVessel(set, drift);
-    double speed = vessel.SpeedWater > 0.0 ? vessel.SpeedWater : vessel.SOG;
+    // With the present set and drift, by the planner's test of the stream.
     double cts = 0.0;
-    row[11] = VesselActive() && CourseToSteer(leg.BearingTo, speed, set, drift, cts) ? AngleText(cts) : "N/A";
+    row[11] = VesselActive() && c_.hooks.CourseToSteerLeg(cts) ? AngleText(cts) : "N/A";
 }
 
 void VesselModule::UpdateCursorConsole() {

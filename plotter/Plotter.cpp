@@ -49,6 +49,7 @@ Plotter::Plotter(PlotterServices s)
     RegisterNavLayers(charts_.View, nav_);
     RegisterAlarmLayers();
     RegisterTideLayer();
+    RegisterPassageLayer();
 }
 
 // ---- The chart module's window side ------------------------------------------
@@ -156,8 +157,6 @@ bool PlotterHooks::TideAtVessel(double& set, double& drift) const {
     drift = v.UserTideDrift;
     return true;
 }
-// Not present yet: the tides module works the course to steer.
-bool PlotterHooks::CourseToSteerLeg(double&) const { return false; }
 float PlotterHooks::VariationAt(const LatLong& pos) const { return p_.magVar_.MagneticVariation(pos); }
 float PlotterHooks::CompassDeviation(float magneticHeading) const { return p_.deviation_.DeviationFor(magneticHeading); }
 // With the vessel off line nothing steers: whatever destination is active,

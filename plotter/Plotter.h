@@ -42,6 +42,7 @@
 #include "logbook/Logs.h"
 #include "platform/api/TideStream.h"
 #include "tides/TideDisplay.h"
+#include "tides/Passage.h"
 #include "tides/Tides.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
@@ -304,6 +305,8 @@ public:
     // Tides > Install Tidal Data; a harmonic database takes the stations of
     // the chart in view.
     void InstallTideSet();
+    // The passage planner of the route window.
+    Passage& passage() { return passage_; }
 
     // ---- Commands of the windows that reach across modules ---------------
     // The chart centred on the vessel (Vessel > Centre on Vessel).
@@ -388,6 +391,8 @@ private:
     void RegisterAlarmLayers();
     // The stream grid in the chart's layers.
     void RegisterTideLayer();
+    // The planned passage's track in the chart's layers.
+    void RegisterPassageLayer();
     // The cursor's position as the information line shows it.
     std::string CursorText(const LatLong& wgs84);
     // The view at exit, kept for the next start, and put back.
@@ -441,6 +446,7 @@ private:
     Tides tides_;
     PlotterTideHost tideHost_;
     TideDisplay tideDisplay_;
+    Passage passage_{tides_};
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus_ = 0;

@@ -287,6 +287,7 @@ void NavObjectCommands::ShowRouteProperties(int16_t route) {
     if (!nav_.routes.At(route)) return;
     FrmRoute f(&main_, nav_.routes, nav_.activation, nav_.ctx.chart, nav_.ctx.units, route);
     f.ExportToGps = [this](int16_t r) { ExportRouteToGps(r); };
+    if (PreparePassage) PreparePassage(f);
     f.exec();
     ListsChanged();
 }

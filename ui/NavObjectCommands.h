@@ -32,6 +32,7 @@ class Events;
 class GpsLink;
 class FrmWayPointDB;
 class FrmRoutesDB;
+class FrmRoute;
 class FrmBoundaryDB;
 
 class NavObjectCommands : public NavHost {
@@ -51,6 +52,8 @@ public:
     bool DragAllowed() const;
     // Entries other modules add at the end of the chart pop-up (the anchor).
     std::function<void(QMenu&)> ExtendPopup;
+    // Wires a route window's passage tab to the planner before it shows.
+    std::function<void(FrmRoute&)> PreparePassage;
 
     // The three list windows.
     void ViewWaypoints();

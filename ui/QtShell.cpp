@@ -13,6 +13,7 @@
 #include "ui/ChartCommands.h"
 #include "ui/ChartArea.h"
 #include "ui/NavObjectCommands.h"
+#include "ui/RoutePassage.h"
 #include "ui/AlarmCommands.h"
 #include "ui/LogCommands.h"
 #include "ui/TideCommands.h"
@@ -61,6 +62,7 @@ void QtShell::CreateMainWindow(const std::string& caption) {
                                                plotter_->services().dialogs, plotter_->services().clock,
                                                plotter_->services().events, &plotter_->gpsLink());
     alarms_ = std::make_unique<AlarmCommands>(*main_, *plotter_);
+    nav_->PreparePassage = [this](FrmRoute& f) { AttachPlotterPassage(f, *plotter_); };
     logs_ = std::make_unique<LogCommands>(*main_, *plotter_);
     tides_ = std::make_unique<TideCommands>(*main_, *plotter_);
     nav_->ExtendPopup = [this](QMenu& popup) {
