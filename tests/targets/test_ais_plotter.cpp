@@ -142,3 +142,86 @@ TEST(AisInThePlotter, TheDemoLogThroughAFilePortPutsItsVesselsOnTheChartAndInThe
     EXPECT_NE(con.LabAIS[7], "N/A");
     EXPECT_NE(con.LabAIS[20], "");
 }
+
+TEST(AisInThePlotter, StaticDataReachesTheListAndTargetsAgeOutOnEitherSource) {
+    struct Case {
+        const char* what;
+        bool gpsPort;
+    } cases[] = {{"a port of its own", false}, {"the GPS port", true}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Harness h(false);
+        h.Set("AISPort", "2");
+        h.Set("AISUseGPSPort", c.gpsPort ? "True" : "False");
+        h.Set("AISTimeout", "120");
+        ASSERT_TRUE(h.Start());
+        const int16_t port = c.gpsPort ? 1 : 2;
+        const LatLong own{-1.5 * 3600.0, 50.7 * 3600.0};
+        for (const char* s : {"!AIVDM,2,1,3,A,53P7@hP29E44l48?401<D61LU@<P000000000016<PD5:5GfNB4kmE20CD53,0*2D\r\n",
+                              "!AIVDM,2,2,3,A,kP000000000,2*1C\r\n", "!AIVDM,1,1,,A,13P7@hP2QTwrug0M4FP725b`0000,0*76\r\n",
+                              "!AIVDM,1,1,,A,B3P7@tP0=ovODP7@`E0pCwg5h000,0*37\r\n",
+                              "!AIVDM,1,1,,A,H3P7@tPh5aV0@5U<000000000000,0*18\r\n",
+                              "!AIVDM,1,1,,A,H3P7@tTU123ijkl=<JIq00104220,0*4D\r\n"})
+            h.scripted.Feed(port, s);
+        int second = 0;
+        for (; second < 3; ++second) {
+            h.scripted.Feed(1, Fix(second, own));
+            h.Ticks(10);
+        }
+        std::vector<AisRow> rows = h.plotter->aisTargets().Rows(AisSort::Name);
+        ASSERT_EQ(rows.size(), 2u);
+        EXPECT_EQ(rows[0].Name, "LAZY DAYS");
+        EXPECT_EQ(rows[0].CallSign, "MLZY9");
+        EXPECT_EQ(rows[0].Type, "Pleasure Craft");
+        EXPECT_EQ(rows[0].Length, "12 m");
+        EXPECT_EQ(rows[1].Name, "SEA WITCH");
+        EXPECT_EQ(rows[1].CallSign, "MABC1");
+        EXPECT_EQ(rows[1].Type, "Cargo - all ships of this type");
+        EXPECT_EQ(rows[1].Status, "Under way using engine");
+        EXPECT_EQ(rows[1].Destination, "SOUTHAMPTON");
+        EXPECT_EQ(rows[1].ETA, "15/05 14:30");
+        EXPECT_EQ(rows[1].Width, "15 m");
+        EXPECT_TRUE(rows[0].Approach.Known);
+
+        // The console keeps its target across the loss: "N/A" once it has aged out.
+        h.plotter->aisTargets().SetActiveTarget(rows[1].Index);
+        for (; second < 100; ++second) {
+            h.scripted.Feed(1, Fix(second, own));
+            h.Ticks(10);
+        }
+        EXPECT_EQ(h.plotter->aisTargets().Rows(AisSort::Slot).size(), 2u) << "heard 100 s ago: kept";
+        for (; second < 125; ++second) {
+            h.scripted.Feed(1, Fix(second, own));
+            h.Ticks(10);
+        }
+        EXPECT_TRUE(h.plotter->aisTargets().Rows(AisSort::Slot).empty());
+        EXPECT_EQ(h.plotter->aisTargets().ActiveTarget, rows[1].Index);
+        EXPECT_EQ(h.plotter->instruments().console.LabAIS[0], "N/A");
+    }
+}
+
+TEST(AisInThePlotter, TheCpaAlarmGoesToTheAlarmWindowOnceAndComesDown) {
+    Harness h(false);
+    h.Set("AISPort", "2");
+    h.Set("AISCpaAlarm", "True");
+    h.Set("AISCpaRange", "1");
+    h.Set("AISCpaTime", "60");
+    ASSERT_TRUE(h.Start());
+    // Own vessel stopped on the track of the Class B station (5.5 kn east),
+    // under four miles ahead of it.
+    const LatLong own = DeadReckon(LatLong{-1.25 * 3600.0, 50.75 * 3600.0}, 90.0, 1.0);
+    h.scripted.Feed(2, "!AIVDM,1,1,,A,B3P7@tP0=ovODP7@`E0pCwg5h000,0*37\r\n");
+    for (int s = 0; s < 5; ++s) {
+        h.scripted.Feed(1, Fix(s, own));
+        h.Ticks(10);
+    }
+    EXPECT_EQ(h.shell.shown, 1);
+    EXPECT_NE(h.shell.text.find("235000050"), std::string::npos) << h.shell.text;
+    h.plotter->aisTargets().AcknowledgeCpaAlarm();
+    EXPECT_EQ(h.shell.hidden, 1);
+    for (int s = 5; s < 10; ++s) {
+        h.scripted.Feed(1, Fix(s, own));
+        h.Ticks(10);
+    }
+    EXPECT_EQ(h.shell.shown, 1);
+}
