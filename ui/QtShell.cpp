@@ -14,6 +14,7 @@
 #include "ui/ChartArea.h"
 #include "ui/NavObjectCommands.h"
 #include "ui/AlarmCommands.h"
+#include "ui/AisCommands.h"
 #include "ui/LogCommands.h"
 #include "ui/WindowPalette.h"
 
@@ -23,6 +24,7 @@ QtShell::QtShell(QtDialogs& dialogs, bool unattended) : dialogs_(dialogs), unatt
 
 QtShell::~QtShell() {
     // The commands hold the window; they go first.
+    ais_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -46,6 +48,7 @@ void QtShell::CloseSplash() {
 }
 
 void QtShell::CreateMainWindow(const std::string& caption) {
+    ais_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -59,7 +62,11 @@ void QtShell::CreateMainWindow(const std::string& caption) {
                                                plotter_->services().dialogs, plotter_->services().clock,
                                                plotter_->services().events, &plotter_->gpsLink());
     alarms_ = std::make_unique<AlarmCommands>(*main_, *plotter_);
-    nav_->ExtendPopup = [this](QMenu& popup) { alarms_->AddAnchorEntries(popup); };
+    ais_ = std::make_unique<AisCommands>(*main_, *plotter_);
+    nav_->ExtendPopup = [this](QMenu& popup) {
+        alarms_->AddAnchorEntries(popup);
+        ais_->AddPopupEntries(popup, lastClick_);
+    };
     logs_ = std::make_unique<LogCommands>(*main_, *plotter_);
     // The chart's mouse goes to the tools first; the cursor read-out follows it too.
     if (ChartArea* area = charts_->Area()) {
@@ -70,6 +77,7 @@ void QtShell::CreateMainWindow(const std::string& caption) {
             alarms_->ChartMove(onPlan, pos);
         };
         area->OnClick = [this](ChartPoint s, bool onPlan, const LatLong& pos, int button, bool dbl) {
+            lastClick_ = s;
             if (alarms_->ChartClick(onPlan, pos, button)) return true;
             return nav_->ChartClick(s, button, dbl);
         };
@@ -95,6 +103,7 @@ void QtShell::BuildMenus() {
     if (charts_) charts_->Bind();
     if (nav_) nav_->Bind();
     if (alarms_) alarms_->Bind();
+    if (ais_) ais_->Bind();
     if (logs_) logs_->Bind();
     main_->Bind("MDeviation", [this] {
         FrmDeviation card(main_.get(), plotter_->deviation());
@@ -167,7 +176,9 @@ void QtShell::RunOptions() {
 namespace ombra {
 
 void QtShell::ShowCommDialog(int which) {
-    if (instruments_ && !unattended_) instruments_->ShowCommDialog(which);
+    if (unattended_) return;
+    if (which == int(CommDialog::AIS) && ais_) ais_->Settings();
+    else if (instruments_) instruments_->ShowCommDialog(which);
 }
 void QtShell::ShowLostGPS(bool up) {
     if (instruments_ && !unattended_) instruments_->ShowLostGPS(up);

@@ -16,6 +16,7 @@ class ChartCommands;
 class NavObjectCommands;
 class AlarmCommands;
 class LogCommands;
+class AisCommands;
 class FrmSplash;
 class Plotter;
 class QtDialogs;
@@ -63,6 +64,7 @@ public:
     bool ShowLogEntry(LogEntry& entry, const DateTime& when) override;
     void LogChanged() override;
     LogCommands* Logs() const { return logs_.get(); }
+    AisCommands* Ais() const { return ais_.get(); }
 
     // The Options command: end any tool, fill the dialog, run it, save.
     void RunOptions();
@@ -78,6 +80,9 @@ private:
     std::unique_ptr<NavObjectCommands> nav_;
     std::unique_ptr<AlarmCommands> alarms_;
     std::unique_ptr<LogCommands> logs_;
+    std::unique_ptr<AisCommands> ais_;
+    // Where the chart was last clicked: the pop-up's AIS target.
+    ChartPoint lastClick_{};
     bool busyCursor_ = false;
     int windowState_ = 2;
     bool hasRect_ = false;
