@@ -1,4 +1,4 @@
-// The four alarm windows. Each is modeless and on top; the alarms module
+// The alarm windows. Each is modeless and on top; the alarms module
 // keeps its caption, message and answer, the window only shows them.
 #pragma once
 
@@ -9,6 +9,7 @@ enum class AlarmForm {
     CrossTrack,    // "XTE Alarm": OK
     Anchor,        // "Anchor Alarm": OK
     Boundary,      // caption names the event ("Vessel Entry", ...): OK
+    Cpa,           // "CPA Alarm": an AIS target closing within the limits: OK
 };
 
 }  // namespace ombra

@@ -31,7 +31,8 @@ const RowKey kAISKeys[] = {{0, Key::ConsoleAISID},        {1, Key::ConsoleAISID}
                            {9, Key::ConsoleAISAccuracy},  {10, Key::ConsoleAISGpsType}, {11, Key::ConsoleAISSize},
                            {12, Key::ConsoleAISSize},     {13, Key::ConsoleAISCog},     {14, Key::ConsoleAISSog},
                            {15, Key::ConsoleAISGyro},     {16, Key::ConsoleAISGyro},    {17, Key::ConsoleAISSize},
-                           {18, Key::ConsoleAISEta},      {19, Key::ConsoleAISEta}};
+                           {18, Key::ConsoleAISEta},      {19, Key::ConsoleAISEta},
+                           {20, Key::ConsoleAISCpa},      {21, Key::ConsoleAISCpa}};
 const RowKey kARPAKeys[] = {{0, Key::ConsoleARPAName},  {1, Key::ConsoleARPAPosition}, {2, Key::ConsoleARPARange},
                             {3, Key::ConsoleARPABearing}, {4, Key::ConsoleARPASpeed},  {5, Key::ConsoleARPACourse},
                             {6, Key::ConsoleARPAHeading}};
@@ -104,7 +105,8 @@ const std::vector<ConsoleFrameRows>& Console::Frames() {
         {"Active Waypoint", {"Name", "Lat", "Long", "Brg", "Rng", "VMG", "TTG", "ETA", "", "XTE", "", "Steer"}},
         {"Tide", {"Set", "Drift"}},
         {"AIS - Active Target", {"MMSI", "IMO", "Call Sign", "Name", "Type", "Status", "Update", "Lat", "Long", "Accuracy",
-                                 "Nav", "Length", "Width", "COG", "SOG", "Gyro", "ROT", "Draft", "Destination", "ETA"}},
+                                 "Nav", "Length", "Width", "COG", "SOG", "Gyro", "ROT", "Draft", "Destination", "ETA",
+                                 "CPA", "TCPA"}},
         {"ARPA - Active Target", {"Name", "Position", "Range", "Bearing", "Speed", "Course", "Heading"}},
         {"Tracking - Active Target", {"Name", "Position", "Speed", "Course"}},
         {"ActiveTarget (DDE)", {"Name", "Position", "Speed", "Course"}},

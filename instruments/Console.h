@@ -54,11 +54,13 @@ public:
     std::array<std::string, 4> LabCursor;
     std::array<std::string, 12> LabWP;
     std::array<std::string, 2> LabTide;
-    std::array<std::string, 20> LabAIS;
+    std::array<std::string, 22> LabAIS;  // the target's rows, then CPA and TCPA
     std::array<std::string, 7> LabARPA;
     std::array<std::string, 4> LabTarget;
     std::array<std::string, 4> LabDDE;
     std::string WPFrameCaption = "No Active Waypoint";
+    // The AIS frame is shown while a target is chosen for it.
+    bool AISFrameOn = false;
 
     // Which rows are shown, from the Console* keys.
     bool Visible = true;
@@ -66,7 +68,7 @@ public:
     std::array<bool, 4> ShowCursor{};
     std::array<bool, 12> ShowWP{};
     std::array<bool, 2> ShowTide{};
-    std::array<bool, 20> ShowAIS{};
+    std::array<bool, 22> ShowAIS{};
     std::array<bool, 7> ShowARPA{};
     std::array<bool, 4> ShowDDE{};
 

@@ -45,11 +45,14 @@ Plotter::Plotter(PlotterServices s)
       ownTideStream_(s.tideStream ? nullptr : std::make_unique<HarmonicTideStream>()),
       tides_(s.tideStream ? *s.tideStream : *ownTideStream_, errors_),
       tideHost_(*this),
-      tideDisplay_(tides_, s.dialogs, s.clock, registry_, errors_, tideHost_) {
+      tideDisplay_(tides_, s.dialogs, s.clock, registry_, errors_, tideHost_),
+      aisHost_(*this),
+      aisTargets_(registry_, aisHost_) {
     RegisterNavLayers(charts_.View, nav_);
     RegisterAlarmLayers();
     RegisterTideLayer();
     RegisterPassageLayer();
+    RegisterAisLayers();
 }
 
 // ---- The chart module's window side ------------------------------------------
@@ -136,8 +139,8 @@ bool PlotterHooks::GetOwnVessel(OwnVesselReport& report) const { return OwnVesse
 void PlotterHooks::DecodeARPA(std::string_view, const std::string&) {}
 // Not present yet: the ARPA decoder's table.
 void PlotterHooks::ClearArpaTargets() {}
-// Not present yet: the targets module keeps the active-target selections.
-void PlotterHooks::ClearActiveTargets() {}
+// The AIS console's target is dropped (the ARPA one is not present yet).
+void PlotterHooks::ClearActiveTargets() { p_.aisTargets_.SetActiveTarget(-1); }
 void PlotterHooks::SetGPSMenuState(bool gpsOn) { p_.services_.shell.SetGPSMenuState(gpsOn); }
 // Not present yet: the ARPA decoder ages its own OSD.
 void PlotterHooks::ArpaHeadingAgeCheck() {}
@@ -439,7 +442,7 @@ bool Plotter::UpdateVesselPos() {
 }
 bool Plotter::VesselActive() { return instruments_.vessel.VesselActive(); }
 // The target consoles arrive with the targets' module.
-void Plotter::UpdateTargetConsoles() {}
+void Plotter::UpdateTargetConsoles() { UpdateAisTargets(); }
 // The burst takes the 16-bit status of the last cycle, not just "a fix".
 void Plotter::NmeaOutput(bool) { instruments_.output.NmeaOutput(lastStatus_); }
 void Plotter::AutoscrollCheck() { instruments_.vessel.AutoscrollCheck(); }
@@ -464,6 +467,7 @@ void Plotter::CloseSplash() { services_.shell.CloseSplash(); }
 void Plotter::LoadCommsSettings() {
     portTable_.SetBaseFolder(globals_.AppPath);
     instruments_.LoadCommsSettings();
+    aisTargets_.LoadSettings();
 }
 void Plotter::LoadDisplaySettings() { display_ = LoadDisplayOptions(registry_); }
 void Plotter::LoadUnitsConsoleAndOverlays() {

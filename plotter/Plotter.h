@@ -44,6 +44,8 @@
 #include "tides/TideDisplay.h"
 #include "tides/Passage.h"
 #include "tides/Tides.h"
+#include "targets/Ais.h"
+#include "targets/AisDialog.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
 
@@ -256,6 +258,25 @@ private:
     Plotter& p_;
 };
 
+// What the AIS targets ask: the decoder's table, the vessel, the list and
+// alarm windows through the shell, the console and the chart's redraw.
+class PlotterAisHost : public AisHost {
+public:
+    explicit PlotterAisHost(Plotter& p) : p_(p) {}
+    int16_t TargetCount() override;
+    bool Target(int16_t index, AisTarget& target) override;
+    void ClearTargets() override;
+    bool OwnVessel(OwnMotion& own) override;
+    int ListPick(const std::string& title, const std::vector<std::string>& items, const std::string& button) override;
+    void ShowCpaAlarm(const std::string& caption, const std::string& text, bool beep) override;
+    void HideCpaAlarm() override;
+    void ConsoleChanged() override;
+    void Redraw() override;
+
+private:
+    Plotter& p_;
+};
+
 class Plotter : public TickSteps, public StartupSteps {
 public:
     explicit Plotter(PlotterServices services);
@@ -307,6 +328,8 @@ public:
     void InstallTideSet();
     // The passage planner of the route window.
     Passage& passage() { return passage_; }
+    // The AIS targets: the list window, the console's target, the pop-up.
+    Ais& aisTargets() { return aisTargets_; }
 
     // ---- Commands of the windows that reach across modules ---------------
     // The chart centred on the vessel (Vessel > Centre on Vessel).
@@ -329,6 +352,14 @@ public:
     // Adds an entry of the given kind to the day's log. `text` is the
     // identifier that stands in front of a file position update's narrative.
     void AddLogEntry(LogEntryKind kind, const std::string& text = {});
+    // AIS: "Centre on AIS Target..." (the list), one target centred from
+    // the target list, the pop-up's target under a view pixel, and the AIS
+    // Settings dialog's values and its OK.
+    void CentreOnAisTarget() { aisTargets_.CentreOnTarget(displayChart_); }
+    bool CentreOnAisTarget(int16_t index);
+    int16_t AisTargetAt(ChartPoint screen) const { return aisTargets_.HitTarget(screen); }
+    AisDialogValues AisDialog() const;
+    void ApplyAisDialog(const AisDialogValues& values);
 
     // TickSteps
     TickFlags Flags() override;
@@ -393,6 +424,10 @@ private:
     void RegisterTideLayer();
     // The planned passage's track in the chart's layers.
     void RegisterPassageLayer();
+    // The AIS targets in the chart's layers.
+    void RegisterAisLayers();
+    // Once a vessel cycle: the console's AIS rows and the closest-approach alarm.
+    void UpdateAisTargets();
     // The cursor's position as the information line shows it.
     std::string CursorText(const LatLong& wgs84);
     // The view at exit, kept for the next start, and put back.
@@ -407,6 +442,7 @@ private:
     friend class PlotterAlarmHost;
     friend class PlotterLogHost;
     friend class PlotterTideHost;
+    friend class PlotterAisHost;
 
     PlotterServices services_;
     Globals globals_;
@@ -447,6 +483,9 @@ private:
     PlotterTideHost tideHost_;
     TideDisplay tideDisplay_;
     Passage passage_{tides_};
+    // The AIS targets over the decoder's table.
+    PlotterAisHost aisHost_;
+    Ais aisTargets_;
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus_ = 0;

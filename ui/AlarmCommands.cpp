@@ -38,7 +38,10 @@ FrmAlarm* AlarmCommands::Window(AlarmForm form) {
     QPointer<FrmAlarm>& w = windows_[size_t(form)];
     if (!w) {
         w = new FrmAlarm(&main_, form);
-        w->Pressed = [this, form](const std::string& caption) { plotter_.alarms().Press(form, caption); };
+        w->Pressed = [this, form](const std::string& caption) {
+            if (form == AlarmForm::Cpa) plotter_.aisTargets().AcknowledgeCpaAlarm();
+            else plotter_.alarms().Press(form, caption);
+        };
     }
     return w;
 }

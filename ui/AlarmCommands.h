@@ -46,7 +46,7 @@ private:
     bool RadiusToolOn() const;
     FrmMain& main_;
     Plotter& plotter_;
-    std::array<QPointer<FrmAlarm>, 4> windows_;
+    std::array<QPointer<FrmAlarm>, 5> windows_;
 };
 
 }  // namespace ombra

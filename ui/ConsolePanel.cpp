@@ -96,6 +96,7 @@ void ConsolePanel::ShowTargetFrames(bool ais, bool arpa, bool tracking, bool dde
 
 void ConsolePanel::Refresh() {
     setVisible(console_.Visible);
+    frameAIS_->setVisible(console_.AISFrameOn);
     GenLabel49->setText(Q(console_.StatusText));
     Rgb c = console_.StatusColour;
     GenLabel49->setStyleSheet(QString("color: #%1").arg(c, 6, 16, QLatin1Char('0')));

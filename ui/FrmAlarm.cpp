@@ -13,6 +13,7 @@ const char* FrmAlarm::ControlName(AlarmForm form) {
         case AlarmForm::CrossTrack: return "FrmAlarmXTE";
         case AlarmForm::Anchor: return "FrmAlarmAnchor";
         case AlarmForm::Boundary: return "FrmAlarmBoundary";
+        case AlarmForm::Cpa: return "FrmAlarmCPA";
     }
     return "FrmAlarm";
 }

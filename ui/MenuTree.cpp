@@ -38,6 +38,8 @@ std::vector<MenuEntry> Build() {
                        {"MGPSSettings", "&GPS Settings", {}, true},
                        {"MGyroSettings", "G&yro Settings", {}},
                        {"MAISSettings", "&AIS Settings", {}},
+                       {"MAISTargets", "AIS &Targets", {}},
+                       {"MAISCentre", "Centre on AIS Tar&get...", {}},
                        {"MARPASettings", "A&RPA Settings", {}},
                        {"MAutopilotSettings", "Auto&pilot Settings", {}},
                        {"MSatInfo", "Satellite &Info", {}, true}}},

@@ -15,6 +15,7 @@
 #include "ui/NavObjectCommands.h"
 #include "ui/RoutePassage.h"
 #include "ui/AlarmCommands.h"
+#include "ui/AisCommands.h"
 #include "ui/LogCommands.h"
 #include "ui/TideCommands.h"
 #include "ui/WindowPalette.h"
@@ -26,6 +27,7 @@ QtShell::QtShell(QtDialogs& dialogs, bool unattended) : dialogs_(dialogs), unatt
 QtShell::~QtShell() {
     // The commands hold the window; they go first.
     tides_.reset();
+    ais_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -49,6 +51,8 @@ void QtShell::CloseSplash() {
 }
 
 void QtShell::CreateMainWindow(const std::string& caption) {
+    tides_.reset();
+    ais_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -63,11 +67,13 @@ void QtShell::CreateMainWindow(const std::string& caption) {
                                                plotter_->services().events, &plotter_->gpsLink());
     alarms_ = std::make_unique<AlarmCommands>(*main_, *plotter_);
     nav_->PreparePassage = [this](FrmRoute& f) { AttachPlotterPassage(f, *plotter_); };
+    ais_ = std::make_unique<AisCommands>(*main_, *plotter_);
     logs_ = std::make_unique<LogCommands>(*main_, *plotter_);
     tides_ = std::make_unique<TideCommands>(*main_, *plotter_);
     nav_->ExtendPopup = [this](QMenu& popup) {
         alarms_->AddAnchorEntries(popup);
         tides_->AddPopupEntries(popup);
+        ais_->AddPopupEntries(popup, lastClick_);
     };
     // The chart's mouse goes to the tools first; the cursor read-out follows it too.
     if (ChartArea* area = charts_->Area()) {
@@ -79,6 +85,7 @@ void QtShell::CreateMainWindow(const std::string& caption) {
         };
         area->OnClick = [this](ChartPoint s, bool onPlan, const LatLong& pos, int button, bool dbl) {
             if (button == 2) tides_->NoteClick(onPlan, pos);
+            lastClick_ = s;
             if (alarms_->ChartClick(onPlan, pos, button)) return true;
             return nav_->ChartClick(s, button, dbl);
         };
@@ -104,6 +111,7 @@ void QtShell::BuildMenus() {
     if (charts_) charts_->Bind();
     if (nav_) nav_->Bind();
     if (alarms_) alarms_->Bind();
+    if (ais_) ais_->Bind();
     if (logs_) logs_->Bind();
     if (tides_) tides_->Bind();
     main_->Bind("MDeviation", [this] {
@@ -177,7 +185,9 @@ void QtShell::RunOptions() {
 namespace ombra {
 
 void QtShell::ShowCommDialog(int which) {
-    if (instruments_ && !unattended_) instruments_->ShowCommDialog(which);
+    if (unattended_) return;
+    if (which == int(CommDialog::AIS) && ais_) ais_->Settings();
+    else if (instruments_) instruments_->ShowCommDialog(which);
 }
 void QtShell::ShowLostGPS(bool up) {
     if (instruments_ && !unattended_) instruments_->ShowLostGPS(up);

@@ -17,6 +17,7 @@ class NavObjectCommands;
 class AlarmCommands;
 class LogCommands;
 class TideCommands;
+class AisCommands;
 class FrmSplash;
 class Plotter;
 class QtDialogs;
@@ -65,6 +66,7 @@ public:
     void LogChanged() override;
     LogCommands* Logs() const { return logs_.get(); }
     TideCommands* Tides() const { return tides_.get(); }
+    AisCommands* Ais() const { return ais_.get(); }
 
     // The Options command: end any tool, fill the dialog, run it, save.
     void RunOptions();
@@ -81,6 +83,9 @@ private:
     std::unique_ptr<AlarmCommands> alarms_;
     std::unique_ptr<LogCommands> logs_;
     std::unique_ptr<TideCommands> tides_;
+    std::unique_ptr<AisCommands> ais_;
+    // Where the chart was last clicked: the pop-up's AIS target.
+    ChartPoint lastClick_{};
     bool busyCursor_ = false;
     int windowState_ = 2;
     bool hasRect_ = false;

@@ -136,6 +136,9 @@ int MakeDemo(const CliArgs& a, std::ostream& out, std::ostream& err) {
     for (uint8_t s : region.sea) sea += s;
     out << region.name << ": " << region.rows << " x " << region.cols << " nodes, " << sea
         << " at sea, into " << a[2] << ".Hdr/.Hrm\n";
+    return 0;
+}
+
 // Messages of the tides module (a region refused, say) go to the error
 // stream; every question answers its default.
 class StreamDialogs : public Dialogs {

@@ -166,6 +166,6 @@ TEST(FirstRunDefaults, TheConsoleOptionsShowTheConsoleAndEveryRow) {
     }
     EXPECT_EQ(shown["ChkConsoleVisible"], "[x]");
     const std::map<std::string, int> want = {{"ChkVessel", 7}, {"ChkCursor", 4}, {"ChkWaypoint", 10}, {"ChkTide", 2},
-                                             {"ChkAIS", 20},   {"ChkARPA", 7},   {"ChkDDE", 4}};
+                                             {"ChkAIS", 22},   {"ChkARPA", 7},   {"ChkDDE", 4}};
     EXPECT_EQ(rowsOn, want);
 }
