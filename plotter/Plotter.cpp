@@ -43,9 +43,13 @@ Plotter::Plotter(PlotterServices s)
       logHost_(*this),
       logs_(errors_, s.dialogs, s.clock, logHost_),
       ownTideStream_(s.tideStream ? nullptr : std::make_unique<HarmonicTideStream>()),
-      tides_(s.tideStream ? *s.tideStream : *ownTideStream_, errors_) {
+      tides_(s.tideStream ? *s.tideStream : *ownTideStream_, errors_),
+      targetHost_(*this),
+      arpa_(targetHost_, errors_, s.clock, instruments_.console),
+      tracked_(targetHost_, errors_, instruments_.console) {
     RegisterNavLayers(charts_.View, nav_);
     RegisterAlarmLayers();
+    RegisterTargetLayers();
 }
 
 // ---- The chart module's window side ------------------------------------------
@@ -128,15 +132,16 @@ void PlotterNavHost::ActiveLegChanged() {
 void PlotterHooks::ShowCommDialog(CommDialog dialog) { p_.services_.shell.ShowCommDialog(int(dialog)); }
 void PlotterHooks::DecodeAIS(const std::string& sentence) { p_.ais_.DecodeAIS(sentence); }
 bool PlotterHooks::GetOwnVessel(OwnVesselReport& report) const { return OwnVesselFromAis(p_.ais_, report); }
-// Not present yet: the ARPA decoder takes these.
-void PlotterHooks::DecodeARPA(std::string_view, const std::string&) {}
-// Not present yet: the ARPA decoder's table.
-void PlotterHooks::ClearArpaTargets() {}
+// The port has framed the sentence; the ARPA module takes TTM and OSD.
+void PlotterHooks::DecodeARPA(std::string_view, const std::string& sentence) {
+    p_.arpa_.ArpaPoll(sentence, p_.instruments_.settings.Checksums);
+}
+void PlotterHooks::ClearArpaTargets() { p_.arpa_.ClearArpaTargets(); }
 // Not present yet: the targets module keeps the active-target selections.
 void PlotterHooks::ClearActiveTargets() {}
 void PlotterHooks::SetGPSMenuState(bool gpsOn) { p_.services_.shell.SetGPSMenuState(gpsOn); }
-// Not present yet: the ARPA decoder ages its own OSD.
-void PlotterHooks::ArpaHeadingAgeCheck() {}
+// The heading's age test is the radar's silence test.
+void PlotterHooks::ArpaHeadingAgeCheck() { p_.arpa_.CheckTimeout(); }
 void PlotterHooks::SetInfoLine(InfoPanel panel, const std::string& text) {
     p_.services_.shell.SetInfoPanel(int(panel), text);
 }
@@ -418,16 +423,18 @@ bool Plotter::ReadGPSPort() { return instruments_.comm.ReadGPSPort(); }
 void Plotter::ReadGyroPort() { instruments_.comm.ReadGyroPort(); }
 void Plotter::ReadAISPort() { instruments_.comm.ReadAISPort(); }
 void Plotter::AisTimeout(double seconds) { ais_.AisTimeout(seconds); }
-void Plotter::ReadARPAPort() { instruments_.comm.ReadARPAPort(); }
-// Tracked targets arrive with their own module; until then there is no file to poll.
-void Plotter::PollTrackingFile() {}
+void Plotter::ReadARPAPort() {
+    instruments_.comm.ReadARPAPort();
+    arpa_.CheckTimeout();
+}
+void Plotter::PollTrackingFile() { tracked_.ReadTrackingFile(); }
 bool Plotter::UpdateVesselPos() {
     lastStatus_ = instruments_.vessel.UpdateVesselPos();
     return lastStatus_ != 0;
 }
 bool Plotter::VesselActive() { return instruments_.vessel.VesselActive(); }
-// The target consoles arrive with the targets' module.
-void Plotter::UpdateTargetConsoles() {}
+// The ARPA console; the tracked vessel's follows each read of its file.
+void Plotter::UpdateTargetConsoles() { arpa_.UpdateArpaConsole(); }
 // The burst takes the 16-bit status of the last cycle, not just "a fix".
 void Plotter::NmeaOutput(bool) { instruments_.output.NmeaOutput(lastStatus_); }
 void Plotter::AutoscrollCheck() { instruments_.vessel.AutoscrollCheck(); }
@@ -443,6 +450,8 @@ void Plotter::FoldersFixed() {
     deviation_.SetDataPath(globals_.UserDataPath);
     // Tide regions live in the user's "Dat\" folder.
     tides_.SetDataPath(NativePath(globals_.UserDataPath + "Dat\\"));
+    // The tracking service writes its vessels into the user's "FileData\".
+    tracked_.SetFilePath(NativePath(globals_.UserDataPath + "FileData\\Tracking.dat"));
 }
 
 void Plotter::SaveSystemPalette() {}
@@ -452,6 +461,7 @@ void Plotter::CloseSplash() { services_.shell.CloseSplash(); }
 void Plotter::LoadCommsSettings() {
     portTable_.SetBaseFolder(globals_.AppPath);
     instruments_.LoadCommsSettings();
+    arpa_.LoadSettings(registry_);
 }
 void Plotter::LoadDisplaySettings() { display_ = LoadDisplayOptions(registry_); }
 void Plotter::LoadUnitsConsoleAndOverlays() {

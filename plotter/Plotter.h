@@ -42,6 +42,9 @@
 #include "logbook/Logs.h"
 #include "platform/api/TideStream.h"
 #include "tides/Tides.h"
+#include "targets/Arpa.h"
+#include "targets/TargetPlotHost.h"
+#include "targets/Tracked.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
 
@@ -237,6 +240,26 @@ private:
     Plotter& p_;
 };
 
+// What the radar and tracked targets ask: own position and the console's
+// texts from the instruments, the list dialog from the navigation windows,
+// the zoom from the chart view.
+class PlotterTargetHost : public TargetPlotHost {
+public:
+    explicit PlotterTargetHost(Plotter& p) : p_(p) {}
+    bool OwnPosition(LatLong& pos) override;
+    std::string PositionText(const LatLong& pos) override;
+    std::string AngleText(double trueDegrees) override;
+    std::string DistanceText(double miles, const char* picture) override;
+    std::string SpeedText(double knots, const char* picture) override;
+    void ConsoleChanged() override;
+    void Redraw() override;
+    int ListPick(const std::string& title, const std::vector<std::string>& rows) override;
+    void CentreChartOn(const LatLong& pos) override;
+
+private:
+    Plotter& p_;
+};
+
 class Plotter : public TickSteps, public StartupSteps {
 public:
     explicit Plotter(PlotterServices services);
@@ -278,6 +301,9 @@ public:
     Alarms& alarms() { return alarms_; }
     // The tide regions and the stream at a point.
     Tides& tides() { return tides_; }
+    // The radar's ARPA targets and the tracking service's vessels.
+    Arpa& arpa() { return arpa_; }
+    Tracked& tracked() { return tracked_; }
 
     // ---- Commands of the windows that reach across modules ---------------
     // The chart centred on the vessel (Vessel > Centre on Vessel).
@@ -360,6 +386,8 @@ private:
     void ReopenStore(NavStore& store, Key key);
     // The anchor circle and the man-overboard mark in the chart's layers.
     void RegisterAlarmLayers();
+    // The ARPA and tracked targets in the chart's layers.
+    void RegisterTargetLayers();
     // The cursor's position as the information line shows it.
     std::string CursorText(const LatLong& wgs84);
     // The view at exit, kept for the next start, and put back.
@@ -373,6 +401,7 @@ private:
     friend class PlotterNavHost;
     friend class PlotterAlarmHost;
     friend class PlotterLogHost;
+    friend class PlotterTargetHost;
 
     PlotterServices services_;
     Globals globals_;
@@ -410,6 +439,10 @@ private:
     // The tidal stream model: the one the services name, else Ombra's own.
     std::unique_ptr<TideStream> ownTideStream_;
     Tides tides_;
+    // The radar's targets and the tracked vessels.
+    PlotterTargetHost targetHost_;
+    Arpa arpa_;
+    Tracked tracked_;
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus_ = 0;
