@@ -10,6 +10,7 @@
 #include "core/Val.h"
 #include "instruments/CommSettings.h"
 #include "instruments/Console.h"
+#include "instruments/InstrumentDialogs.h"
 #include "instruments/NmeaText.h"
 #include "navmath/RLGC.h"
 #include "navobjects/NavChart.h"
@@ -45,10 +46,33 @@ void Arpa::LoadSettings(const Registry& reg) {
     Settings.Delay = delay >= 0.0 && delay <= kSecondsPerDay ? int32_t(delay) : 20;
 }
 
-void Arpa::SaveSettings(Registry& reg) const {
-    reg.SaveSetting(Key::ARPAEnable, Settings.Enable ? "1" : "0");
-    reg.SaveSetting(Key::ARPALabels, Settings.Labels ? "1" : "0");
-    reg.SaveSetting(Key::ARPADelay, std::to_string(Settings.Delay));
+ArpaDialogValues LoadArpaDialog(const Registry& reg, const CommSettings& comm, const ArpaSettings& arpa) {
+    ArpaDialogValues v;
+    v.Enable = arpa.Enable;
+    v.Port = std::to_string(comm.ARPAPort);
+    v.Device = PortDevice(reg, comm.ARPAPort);
+    v.BaudRate = std::to_string(comm.ARPABaudRate);
+    v.Delay = std::to_string(arpa.Delay);
+    v.Names = arpa.Labels;
+    return v;
+}
+
+void SaveArpaDialog(Registry& reg, CommSettings& comm, ArpaSettings& arpa, const ArpaDialogValues& v) {
+    const double port = Val(v.Port), rate = Val(v.BaudRate), delay = Val(v.Delay);
+    comm.ARPAPort = port >= 0.0 && port <= 255.0 ? int16_t(std::lround(port)) : 0;
+    comm.ARPABaudRate = rate >= 1200.0 && rate <= 57600.0 ? int32_t(std::lround(rate)) : 4800;
+    comm.AISBaudRate = comm.ARPABaudRate;
+    arpa.Delay = IsNumeric(v.Delay) && delay >= 0.0 && delay <= kSecondsPerDay ? int32_t(std::lround(delay)) : 20;
+    comm.ARPADelay = arpa.Delay;
+    comm.ARPAEnable = arpa.Enable = v.Enable;
+    arpa.Labels = v.Names;
+    reg.SaveSetting(Key::ARPAPort, std::to_string(comm.ARPAPort));
+    reg.SaveSetting(Key::ARPABaudRate, std::to_string(comm.ARPABaudRate));
+    SavePortDevice(reg, comm.ARPAPort, v.Device);
+    // The module's own keys.
+    reg.SaveSetting(Key::ARPAEnable, arpa.Enable ? "1" : "0");
+    reg.SaveSetting(Key::ARPALabels, arpa.Labels ? "1" : "0");
+    reg.SaveSetting(Key::ARPADelay, std::to_string(arpa.Delay));
 }
 
 ArpaTaken Arpa::ArpaPoll(const std::string& sentence, bool checksums, int* slot) {

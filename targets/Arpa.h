@@ -85,7 +85,6 @@ public:
     int ActiveTarget = -1;     // the console's target, -1 none
 
     void LoadSettings(const Registry& reg);
-    void SaveSettings(Registry& reg) const;
 
     // One sentence from the ARPA port: "$" first, the checksum right when
     // `checksums` asks for it, then TTM to DecodeTTM and OSD (with ARPA
@@ -118,6 +117,19 @@ private:
     Console& console_;
     bool receiving_ = false;  // data came since start or since the last timeout
 };
+
+// The " ARPA Settings" dialog's values, as typed.
+struct ArpaDialogValues {
+    bool Enable = false;  // ChkARPAEnable
+    std::string Port, Device, BaudRate, Delay;
+    bool Names = false;   // ChkARPANames
+};
+struct CommSettings;
+ArpaDialogValues LoadArpaDialog(const Registry& reg, const CommSettings& comm, const ArpaSettings& arpa);
+// Stores the values: the port and rate for the connection (the rate is the
+// AIS port's too), input, names and timeout for the module. A rate outside
+// 1200..57600 becomes 4800; a timeout that is not a number of seconds, 20.
+void SaveArpaDialog(Registry& reg, CommSettings& comm, ArpaSettings& arpa, const ArpaDialogValues& v);
 
 // Converts a TTM distance or speed to nautical miles or knots by its unit letter.
 float ArpaToNautical(float value, const std::string& unit);

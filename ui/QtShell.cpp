@@ -15,6 +15,7 @@
 #include "ui/NavObjectCommands.h"
 #include "ui/AlarmCommands.h"
 #include "ui/LogCommands.h"
+#include "ui/TargetCommands.h"
 #include "ui/WindowPalette.h"
 
 namespace ombra {
@@ -23,6 +24,7 @@ QtShell::QtShell(QtDialogs& dialogs, bool unattended) : dialogs_(dialogs), unatt
 
 QtShell::~QtShell() {
     // The commands hold the window; they go first.
+    targets_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -46,6 +48,7 @@ void QtShell::CloseSplash() {
 }
 
 void QtShell::CreateMainWindow(const std::string& caption) {
+    targets_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -61,6 +64,7 @@ void QtShell::CreateMainWindow(const std::string& caption) {
     alarms_ = std::make_unique<AlarmCommands>(*main_, *plotter_);
     nav_->ExtendPopup = [this](QMenu& popup) { alarms_->AddAnchorEntries(popup); };
     logs_ = std::make_unique<LogCommands>(*main_, *plotter_);
+    targets_ = std::make_unique<TargetCommands>(*main_, *plotter_);
     // The chart's mouse goes to the tools first; the cursor read-out follows it too.
     if (ChartArea* area = charts_->Area()) {
         auto readout = area->OnMouseMove;
@@ -96,6 +100,7 @@ void QtShell::BuildMenus() {
     if (nav_) nav_->Bind();
     if (alarms_) alarms_->Bind();
     if (logs_) logs_->Bind();
+    if (targets_) targets_->Bind();
     main_->Bind("MDeviation", [this] {
         FrmDeviation card(main_.get(), plotter_->deviation());
         card.exec();
@@ -167,6 +172,7 @@ void QtShell::RunOptions() {
 namespace ombra {
 
 void QtShell::ShowCommDialog(int which) {
+    if (which == int(CommDialog::ARPA) && targets_ && !unattended_) return targets_->ArpaSettings();
     if (instruments_ && !unattended_) instruments_->ShowCommDialog(which);
 }
 void QtShell::ShowLostGPS(bool up) {
@@ -177,6 +183,7 @@ void QtShell::RefreshSatInfo() {
 }
 void QtShell::ConsoleChanged() {
     if (instruments_) instruments_->ConsoleChanged();
+    if (targets_) targets_->ConsoleChanged();
 }
 void QtShell::SetGPSMenuState(bool on) {
     if (instruments_) instruments_->SetGPSMenuState(on);

@@ -15,6 +15,7 @@ class InstrumentCommands;
 class ChartCommands;
 class NavObjectCommands;
 class AlarmCommands;
+class TargetCommands;
 class LogCommands;
 class FrmSplash;
 class Plotter;
@@ -78,6 +79,7 @@ private:
     std::unique_ptr<NavObjectCommands> nav_;
     std::unique_ptr<AlarmCommands> alarms_;
     std::unique_ptr<LogCommands> logs_;
+    std::unique_ptr<TargetCommands> targets_;
     bool busyCursor_ = false;
     int windowState_ = 2;
     bool hasRect_ = false;
