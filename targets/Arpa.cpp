@@ -24,7 +24,6 @@
 namespace ombra {
 
 namespace {
-constexpr Rgb kArpaColour = MakeRgb(255, 140, 0);
 constexpr double kSecondsToRadians = 0.017453292519944444 / 3600.0;
 constexpr double kMetresPerMile = 1852.0;
 constexpr int32_t kSecondsPerDay = 86400;
@@ -164,7 +163,7 @@ void Arpa::DrawArpaObjects(Canvas& canvas, NavChart& chart, ChartLibrary& librar
             ArpaTarget& t = Targets[size_t(slot)];
             if (t.Name.empty() || !PlaceArpaTarget(slot)) continue;
             chart.PrepareNavPoint(t.Point);
-            DrawTargetSymbol(canvas, chart, library, t.Point, t.Course, 1, kArpaColour,
+            DrawTargetSymbol(canvas, chart, library, t.Point, t.Course, 1, kColour,
                              Settings.Labels ? t.Name : std::string());
         }
         UpdateArpaConsole();

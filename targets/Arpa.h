@@ -71,6 +71,7 @@ enum class ArpaTaken { Nothing, Target, Heading };
 class Arpa {
 public:
     static constexpr int kSlots = 101;
+    static constexpr Rgb kColour = MakeRgb(255, 140, 0);  // the symbols and names
     static constexpr const char* kTimeoutMessage =
         "No ARPA information has been received\nduring the specified timeout period.";
 

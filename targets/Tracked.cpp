@@ -20,7 +20,6 @@
 namespace ombra {
 
 namespace {
-constexpr Rgb kTrackedColour = MakeRgb(0, 150, 200);
 
 // The value after a key at the start of `upper` (the line upper-cased), or
 // false when the line does not start with it.
@@ -87,7 +86,7 @@ bool Tracked::ReadTrackingFile() {
         if (ec) return;
         const long long stamp =
             std::chrono::duration_cast<std::chrono::nanoseconds>(when.time_since_epoch()).count();
-        if (stamp <= fileDate_) return;
+        if (fileRead_ && stamp <= fileDate_) return;
         const auto size = std::filesystem::file_size(p, ec);
         if (ec || size > uintmax_t(kMaxFileBytes)) return;
         std::ifstream in(p, std::ios::binary);
@@ -95,6 +94,7 @@ bool Tracked::ReadTrackingFile() {
         std::ostringstream text;
         text << in.rdbuf();
         fileDate_ = stamp;
+        fileRead_ = true;
         ReadTrackingText(text.str());
         read = true;
         host_.Redraw();
@@ -210,7 +210,7 @@ void Tracked::DrawTrackedTargets(Canvas& canvas, NavChart& chart, ChartLibrary& 
             TrackedTarget& t = Targets[size_t(slot)];
             if (t.VesselId.empty()) continue;
             chart.PrepareNavPoint(t.Position);
-            DrawTargetSymbol(canvas, chart, library, t.Position, t.Heading, 2, kTrackedColour, t.VesselId);
+            DrawTargetSymbol(canvas, chart, library, t.Position, t.Heading, 2, kColour, t.VesselId);
         }
     });
 }

@@ -62,6 +62,7 @@ double TrackingDate(const std::string& text);
 class Tracked {
 public:
     static constexpr int kSlots = 101;
+    static constexpr Rgb kColour = MakeRgb(0, 150, 200);  // the symbols and names
     // Files larger than this are not a tracking service's and are not read.
     static constexpr long long kMaxFileBytes = 4 << 20;
 
@@ -94,7 +95,8 @@ private:
     ErrorReporter& errors_;
     Console& console_;
     std::string path_;
-    long long fileDate_ = 0;  // nanoseconds since the epoch of the file last read
+    bool fileRead_ = false;
+    long long fileDate_ = 0;  // the file clock's count of the file last read
 };
 
 }  // namespace ombra
