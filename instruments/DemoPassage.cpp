@@ -182,6 +182,64 @@ std::vector<std::string> AivdmSentences(const std::string& bits, int sequence, c
 }
 
 namespace {
+// Two targets the vessel's radar tracks: the first it never names, the
+// second it names "FERRY". Each is reported every 3 seconds while within 12
+// miles (acquiring for its first three reports), and once as lost when it
+// goes out of range; own heading goes out in OSD every 3 seconds.
+struct RadarTarget {
+    int number;
+    const char* name;
+    LatLong start;
+    double course, speed;  // degrees true, knots
+    int offset;            // seconds: staggers the reports
+};
+const RadarTarget kRadarTargets[] = {
+    {1, "", {-11.80 * 3600.0, 49.90 * 3600.0}, 250.0, 6.0, 1},
+    {2, "FERRY", {-12.20 * 3600.0, 50.12 * 3600.0}, 100.0, 12.0, 2},
+};
+constexpr double kRadarRange = 12.0;
+
+// East and north components (knots) of a course and speed.
+void Velocity(double course, double speed, double& east, double& north) {
+    east = speed * std::sin(course * kDegToRad);
+    north = speed * std::cos(course * kDegToRad);
+}
+
+std::string RadarSentences(int t, int now, const LatLong& own, double cog, double sog, double heading,
+                           std::vector<int>& reports) {
+    std::string out;
+    if (t % 3 == 0) out += Sentence("RAOSD," + Fixed(heading, "%.1f") + ",A," + Fixed(cog, "%.1f") + ",P," +
+                                    Fixed(sog, "%.1f") + ",P,,,N");
+    for (const RadarTarget& r : kRadarTargets) {
+        if ((t + r.offset) % 3 != 0) continue;
+        const LatLong at = DeadReckon(r.start, r.course, r.speed, double(t));
+        double bearing = 0.0, range = 0.0;
+        CourseDistanceRL(own, at, bearing, range);
+        int& count = reports[size_t(r.number)];
+        const std::string head = "RATTM," + Fixed(r.number, "%02.0f") + ",";
+        if (range > kRadarRange) {
+            if (count > 0) out += Sentence(head + Fixed(range, "%.2f") + "," + Fixed(bearing, "%.1f") + ",T,,,T,,,N," +
+                                           r.name + ",L,," + Hms(now) + ",A");
+            count = 0;
+            continue;
+        }
+        // Closest approach by relative motion on the plane of the chart.
+        double oe, on, te, tn;
+        Velocity(cog, sog, oe, on);
+        Velocity(r.course, r.speed, te, tn);
+        const double pe = range * std::sin(bearing * kDegToRad), pn = range * std::cos(bearing * kDegToRad);
+        const double ve = te - oe, vn = tn - on, vv = ve * ve + vn * vn;
+        double tcpa = vv > 1e-9 ? -(pe * ve + pn * vn) / vv : 0.0;  // hours
+        if (tcpa < 0.0) tcpa = 0.0;
+        const double cpa = std::hypot(pe + ve * tcpa, pn + vn * tcpa);
+        out += Sentence(head + Fixed(range, "%.2f") + "," + Fixed(bearing, "%.1f") + ",T," + Fixed(r.speed, "%.1f") + "," +
+                        Fixed(r.course, "%.1f") + ",T," + Fixed(cpa, "%.2f") + "," + Fixed(tcpa * 60.0, "%.1f") + ",N," +
+                        r.name + "," + (count < 3 ? "Q" : "T") + ",," + Hms(now) + ",A");
+        ++count;
+    }
+    return out;
+}
+
 constexpr double kDemoSpeed = 16.0;  // knots
 constexpr double kMeanRadius = 4.25;
 }  // namespace
@@ -203,6 +261,7 @@ std::string DemoPassageLog() {
     std::string log;
     log.reserve(size_t(lap) * 300);
     int sequence = 0;
+    std::vector<int> radarReports(3, 0);
     for (int t = 0; t < lap; ++t) {
         int now = startOfDay + t;
         LatLong p = vesselAt(t);
@@ -227,6 +286,7 @@ std::string DemoPassageLog() {
                 for (const std::string& line : AivdmSentences(Type5(s), sequence++, 'A')) log += line;
             }
         }
+        log += RadarSentences(t, now, p, cog, sog, heading, radarReports);
     }
     return log;
 }

@@ -1,6 +1,6 @@
 // The demonstration passage: an instrument log, as a recorder on the chart
 // table would have taken it, of a motor vessel circling the island of the
-// demonstration chart, with some AIS traffic about her.
+// demonstration chart, with some AIS and radar traffic about her.
 //
 // The island stands near 50°00'N 12°00'W with its harbour on the south-east
 // side. The vessel keeps 4 to 4.5 nautical miles off its centre, clockwise,
@@ -9,7 +9,8 @@
 // vessel going round and round. Each second gives GGA, RMC, VTG and HDT;
 // four AIS stations report as real ones would: three Class A ships (type 1
 // position reports every 10 s, type 5 static and voyage data, two
-// sentences, every 6 minutes) and a Class B yacht (type 18 every 30 s). All
+// sentences, every 6 minutes) and a Class B yacht (type 18 every 30 s); her
+// radar tracks two more targets (ARPA TTM every 3 s, own heading in OSD). All
 // stay in open water inside 49°50'N..50°10'N, 12°20'W..11°40'W, at least
 // 3 miles from the island's centre. Every sentence carries its checksum.
 //

@@ -47,12 +47,16 @@ Plotter::Plotter(PlotterServices s)
       tideHost_(*this),
       tideDisplay_(tides_, s.dialogs, s.clock, registry_, errors_, tideHost_),
       aisHost_(*this),
-      aisTargets_(registry_, aisHost_) {
+      aisTargets_(registry_, aisHost_),
+      targetHost_(*this),
+      arpa_(targetHost_, errors_, s.clock, instruments_.console),
+      tracked_(targetHost_, errors_, instruments_.console) {
     RegisterNavLayers(charts_.View, nav_);
     RegisterAlarmLayers();
     RegisterTideLayer();
     RegisterPassageLayer();
     RegisterAisLayers();
+    RegisterTargetLayers();
 }
 
 // ---- The chart module's window side ------------------------------------------
@@ -135,15 +139,16 @@ void PlotterNavHost::ActiveLegChanged() {
 void PlotterHooks::ShowCommDialog(CommDialog dialog) { p_.services_.shell.ShowCommDialog(int(dialog)); }
 void PlotterHooks::DecodeAIS(const std::string& sentence) { p_.ais_.DecodeAIS(sentence); }
 bool PlotterHooks::GetOwnVessel(OwnVesselReport& report) const { return OwnVesselFromAis(p_.ais_, report); }
-// Not present yet: the ARPA decoder takes these.
-void PlotterHooks::DecodeARPA(std::string_view, const std::string&) {}
-// Not present yet: the ARPA decoder's table.
-void PlotterHooks::ClearArpaTargets() {}
-// The AIS console's target is dropped (the ARPA one is not present yet).
+// The port has framed the sentence; the ARPA module takes TTM and OSD.
+void PlotterHooks::DecodeARPA(std::string_view, const std::string& sentence) {
+    p_.arpa_.ArpaPoll(sentence, p_.instruments_.settings.Checksums);
+}
+void PlotterHooks::ClearArpaTargets() { p_.arpa_.ClearArpaTargets(); }
+// The AIS console's target is dropped.
 void PlotterHooks::ClearActiveTargets() { p_.aisTargets_.SetActiveTarget(-1); }
 void PlotterHooks::SetGPSMenuState(bool gpsOn) { p_.services_.shell.SetGPSMenuState(gpsOn); }
-// Not present yet: the ARPA decoder ages its own OSD.
-void PlotterHooks::ArpaHeadingAgeCheck() {}
+// The heading's age test is the radar's silence test.
+void PlotterHooks::ArpaHeadingAgeCheck() { p_.arpa_.CheckTimeout(); }
 void PlotterHooks::SetInfoLine(InfoPanel panel, const std::string& text) {
     p_.services_.shell.SetInfoPanel(int(panel), text);
 }
@@ -433,16 +438,21 @@ bool Plotter::ReadGPSPort() { return instruments_.comm.ReadGPSPort(); }
 void Plotter::ReadGyroPort() { instruments_.comm.ReadGyroPort(); }
 void Plotter::ReadAISPort() { instruments_.comm.ReadAISPort(); }
 void Plotter::AisTimeout(double seconds) { ais_.AisTimeout(seconds); }
-void Plotter::ReadARPAPort() { instruments_.comm.ReadARPAPort(); }
-// Tracked targets arrive with their own module; until then there is no file to poll.
-void Plotter::PollTrackingFile() {}
+void Plotter::ReadARPAPort() {
+    instruments_.comm.ReadARPAPort();
+    arpa_.CheckTimeout();
+}
+void Plotter::PollTrackingFile() { tracked_.ReadTrackingFile(); }
 bool Plotter::UpdateVesselPos() {
     lastStatus_ = instruments_.vessel.UpdateVesselPos();
     return lastStatus_ != 0;
 }
 bool Plotter::VesselActive() { return instruments_.vessel.VesselActive(); }
-// The target consoles arrive with the targets' module.
-void Plotter::UpdateTargetConsoles() { UpdateAisTargets(); }
+// The AIS and ARPA consoles; the tracked vessel's follows each read of its file.
+void Plotter::UpdateTargetConsoles() {
+    UpdateAisTargets();
+    arpa_.UpdateArpaConsole();
+}
 // The burst takes the 16-bit status of the last cycle, not just "a fix".
 void Plotter::NmeaOutput(bool) { instruments_.output.NmeaOutput(lastStatus_); }
 void Plotter::AutoscrollCheck() { instruments_.vessel.AutoscrollCheck(); }
@@ -458,6 +468,8 @@ void Plotter::FoldersFixed() {
     deviation_.SetDataPath(globals_.UserDataPath);
     // Tide regions live in the user's "Dat\" folder.
     tides_.SetDataPath(NativePath(globals_.UserDataPath + "Dat\\"));
+    // The tracking service writes its vessels into the user's "FileData\".
+    tracked_.SetFilePath(NativePath(globals_.UserDataPath + "FileData\\Tracking.dat"));
 }
 
 void Plotter::SaveSystemPalette() {}
@@ -468,6 +480,7 @@ void Plotter::LoadCommsSettings() {
     portTable_.SetBaseFolder(globals_.AppPath);
     instruments_.LoadCommsSettings();
     aisTargets_.LoadSettings();
+    arpa_.LoadSettings(registry_);
 }
 void Plotter::LoadDisplaySettings() { display_ = LoadDisplayOptions(registry_); }
 void Plotter::LoadUnitsConsoleAndOverlays() {

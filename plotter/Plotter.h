@@ -46,6 +46,9 @@
 #include "tides/Tides.h"
 #include "targets/Ais.h"
 #include "targets/AisDialog.h"
+#include "targets/Arpa.h"
+#include "targets/TargetPlotHost.h"
+#include "targets/Tracked.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
 
@@ -277,6 +280,26 @@ private:
     Plotter& p_;
 };
 
+// What the radar and tracked targets ask: own position and the console's
+// texts from the instruments, the list dialog from the navigation windows,
+// the zoom from the chart view.
+class PlotterTargetHost : public TargetPlotHost {
+public:
+    explicit PlotterTargetHost(Plotter& p) : p_(p) {}
+    bool OwnPosition(LatLong& pos) override;
+    std::string PositionText(const LatLong& pos) override;
+    std::string AngleText(double trueDegrees) override;
+    std::string DistanceText(double miles, const char* picture) override;
+    std::string SpeedText(double knots, const char* picture) override;
+    void ConsoleChanged() override;
+    void Redraw() override;
+    int ListPick(const std::string& title, const std::vector<std::string>& rows) override;
+    void CentreChartOn(const LatLong& pos) override;
+
+private:
+    Plotter& p_;
+};
+
 class Plotter : public TickSteps, public StartupSteps {
 public:
     explicit Plotter(PlotterServices services);
@@ -330,6 +353,9 @@ public:
     Passage& passage() { return passage_; }
     // The AIS targets: the list window, the console's target, the pop-up.
     Ais& aisTargets() { return aisTargets_; }
+    // The radar's ARPA targets and the tracking service's vessels.
+    Arpa& arpa() { return arpa_; }
+    Tracked& tracked() { return tracked_; }
 
     // ---- Commands of the windows that reach across modules ---------------
     // The chart centred on the vessel (Vessel > Centre on Vessel).
@@ -428,6 +454,8 @@ private:
     void RegisterAisLayers();
     // Once a vessel cycle: the console's AIS rows and the closest-approach alarm.
     void UpdateAisTargets();
+    // The ARPA and tracked targets in the chart's layers.
+    void RegisterTargetLayers();
     // The cursor's position as the information line shows it.
     std::string CursorText(const LatLong& wgs84);
     // The view at exit, kept for the next start, and put back.
@@ -443,6 +471,7 @@ private:
     friend class PlotterLogHost;
     friend class PlotterTideHost;
     friend class PlotterAisHost;
+    friend class PlotterTargetHost;
 
     PlotterServices services_;
     Globals globals_;
@@ -486,6 +515,10 @@ private:
     // The AIS targets over the decoder's table.
     PlotterAisHost aisHost_;
     Ais aisTargets_;
+    // The radar's targets and the tracked vessels.
+    PlotterTargetHost targetHost_;
+    Arpa arpa_;
+    Tracked tracked_;
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus_ = 0;

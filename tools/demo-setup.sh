@@ -30,6 +30,11 @@ fi
   echo "AutoStartupChart=True"
   echo "GPSPort=8"
   echo "ComPort8=file://$root/data/demo/ombra-demo.nmea"
+  # The radar's ARPA sentences are in the same log: a second port plays it.
+  echo "ARPAEnable=1"
+  echo "ARPALabels=1"
+  echo "ARPAPort=7"
+  echo "ComPort7=file://$root/data/demo/ombra-demo.nmea"
   echo "LastWaypointDatabase=Demo Island"
   echo "LastRouteDatabase=Demo Island"
   echo "LastBoundaryDatabase=Demo Island"

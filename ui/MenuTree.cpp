@@ -30,6 +30,8 @@ std::vector<MenuEntry> Build() {
                      {"MDeviation", "Compass &Deviation", {}},
                      {"MCentreVessel", "&Centre on Vessel", {}},
                      {"MPlaceVessel", "P&lace Vessel", {}},
+                     {"MCentreArpaTarget", "Centre on A&RPA Target...", {}},
+                     {"MCentreTrackedTarget", "Centre on &Tracked Target...", {}},
                      {"MAutoScroll", "&Auto-Scroll", {}},
                      {"MCourseToSteer", "Course to &Steer", {}},
                      {"MGPS", "&GPS ",

@@ -18,6 +18,7 @@
 #include "ui/AisCommands.h"
 #include "ui/LogCommands.h"
 #include "ui/TideCommands.h"
+#include "ui/TargetCommands.h"
 #include "ui/WindowPalette.h"
 
 namespace ombra {
@@ -28,6 +29,7 @@ QtShell::~QtShell() {
     // The commands hold the window; they go first.
     tides_.reset();
     ais_.reset();
+    targets_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -53,6 +55,7 @@ void QtShell::CloseSplash() {
 void QtShell::CreateMainWindow(const std::string& caption) {
     tides_.reset();
     ais_.reset();
+    targets_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -75,6 +78,7 @@ void QtShell::CreateMainWindow(const std::string& caption) {
         tides_->AddPopupEntries(popup);
         ais_->AddPopupEntries(popup, lastClick_);
     };
+    targets_ = std::make_unique<TargetCommands>(*main_, *plotter_);
     // The chart's mouse goes to the tools first; the cursor read-out follows it too.
     if (ChartArea* area = charts_->Area()) {
         auto readout = area->OnMouseMove;
@@ -114,6 +118,7 @@ void QtShell::BuildMenus() {
     if (ais_) ais_->Bind();
     if (logs_) logs_->Bind();
     if (tides_) tides_->Bind();
+    if (targets_) targets_->Bind();
     main_->Bind("MDeviation", [this] {
         FrmDeviation card(main_.get(), plotter_->deviation());
         card.exec();
@@ -187,6 +192,7 @@ namespace ombra {
 void QtShell::ShowCommDialog(int which) {
     if (unattended_) return;
     if (which == int(CommDialog::AIS) && ais_) ais_->Settings();
+    else if (which == int(CommDialog::ARPA) && targets_) targets_->ArpaSettings();
     else if (instruments_) instruments_->ShowCommDialog(which);
 }
 void QtShell::ShowLostGPS(bool up) {
@@ -197,6 +203,7 @@ void QtShell::RefreshSatInfo() {
 }
 void QtShell::ConsoleChanged() {
     if (instruments_) instruments_->ConsoleChanged();
+    if (targets_) targets_->ConsoleChanged();
 }
 void QtShell::SetGPSMenuState(bool on) {
     if (instruments_) instruments_->SetGPSMenuState(on);

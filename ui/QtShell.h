@@ -15,6 +15,7 @@ class InstrumentCommands;
 class ChartCommands;
 class NavObjectCommands;
 class AlarmCommands;
+class TargetCommands;
 class LogCommands;
 class TideCommands;
 class AisCommands;
@@ -86,6 +87,7 @@ private:
     std::unique_ptr<AisCommands> ais_;
     // Where the chart was last clicked: the pop-up's AIS target.
     ChartPoint lastClick_{};
+    std::unique_ptr<TargetCommands> targets_;
     bool busyCursor_ = false;
     int windowState_ = 2;
     bool hasRect_ = false;
