@@ -41,7 +41,7 @@
 #include "logbook/LogEntry.h"
 #include "logbook/Logs.h"
 #include "platform/api/TideStream.h"
-#include "tides/Passage.h"
+#include "tides/PassagePlanner.h"
 #include "tides/Tides.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
@@ -280,7 +280,7 @@ public:
     // The tide regions and the stream at a point.
     Tides& tides() { return tides_; }
     // The passage planner of the route window.
-    Passage& passage() { return passage_; }
+    PassagePlanner& passage() { return passage_; }
 
     // ---- Commands of the windows that reach across modules ---------------
     // The chart centred on the vessel (Vessel > Centre on Vessel).
@@ -415,7 +415,7 @@ private:
     // The tidal stream model: the one the services name, else Ombra's own.
     std::unique_ptr<TideStream> ownTideStream_;
     Tides tides_;
-    Passage passage_{tides_};
+    PassagePlanner passage_{tides_};
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus_ = 0;
