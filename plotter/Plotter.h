@@ -42,7 +42,7 @@
 #include "logbook/Logs.h"
 #include "platform/api/TideStream.h"
 #include "tides/TideDisplay.h"
-#include "tides/Passage.h"
+#include "tides/PassagePlanner.h"
 #include "tides/Tides.h"
 #include "targets/Ais.h"
 #include "targets/AisDialog.h"
@@ -350,7 +350,7 @@ public:
     // the chart in view.
     void InstallTideSet();
     // The passage planner of the route window.
-    Passage& passage() { return passage_; }
+    PassagePlanner& passage() { return passage_; }
     // The AIS targets: the list window, the console's target, the pop-up.
     Ais& aisTargets() { return aisTargets_; }
     // The radar's ARPA targets and the tracking service's vessels.
@@ -511,7 +511,7 @@ private:
     Tides tides_;
     PlotterTideHost tideHost_;
     TideDisplay tideDisplay_;
-    Passage passage_{tides_};
+    PassagePlanner passage_{tides_};
     // The AIS targets over the decoder's table.
     PlotterAisHost aisHost_;
     Ais aisTargets_;

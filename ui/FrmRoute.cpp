@@ -16,7 +16,7 @@
 #include "navobjects/NavChart.h"
 #include "navobjects/Routes.h"
 #include "platform/api/Dialogs.h"
-#include "tides/Passage.h"
+#include "tides/PassagePlanner.h"
 #include "platform/qt/QtServices.h"
 #include "ui/DialogParts.h"
 #include "ui/FrmList.h"
@@ -302,7 +302,7 @@ void FrmRoute::CommCalcRoute_Click() {
 void FrmRoute::CalcRoute() {
     const Route* r = store_.At(route_);
     if (!r || !links_.passage) return;
-    Passage& p = *links_.passage;
+    PassagePlanner& p = *links_.passage;
     PassageInputs in;
     float speed = float(Val(S(TxtSetSpeed->text())));
     units_.FromDisplay(UnitKind::Speed, speed);
@@ -367,7 +367,7 @@ bool FrmRoute::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void FrmRoute::PickDeparture(int row) {
-    Passage& p = *links_.passage;
+    PassagePlanner& p = *links_.passage;
     if (row < 1 || row > 24) return;
     const DateTime t = DateTime::FromSerial(p.BestDepartureTime[size_t(row)]);
     TxtStartTime->setText(Q(FormatDate(t, "Short Time")));

@@ -35,12 +35,12 @@ class Routes;
 class Activation;
 class NavChart;
 class Units;
-class Passage;
+class PassagePlanner;
 class Dialogs;
 
 // What the passage tab needs of the program round it.
 struct PassageLinks {
-    Passage* passage = nullptr;
+    PassagePlanner* passage = nullptr;
     Dialogs* dialogs = nullptr;
     std::string title;                                  // the program's, for message boxes
     std::function<double()> now;                        // the clock, a date serial

@@ -124,7 +124,7 @@ int RunPassage(const CliArgs& a, std::ostream& out, std::ostream& err) {
     in.start = depart.Serial();
     in.now = in.start;
     in.bestDeparture = best;
-    Passage& p = plotter.passage();
+    PassagePlanner& p = plotter.passage();
     p.PassageRoute = slot;
     p.CalcRoute(*routes.At(slot), in, plotter.units());
 

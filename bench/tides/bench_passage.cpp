@@ -14,7 +14,7 @@
 #include "platform/fake/ScriptedDialogs.h"
 #include "platform/tidestream/HarmonicTideStream.h"
 #include "platform/tidestream/TideRegion.h"
-#include "tides/Passage.h"
+#include "tides/PassagePlanner.h"
 
 namespace {
 
@@ -76,7 +76,7 @@ void BM_BestDeparture(benchmark::State& state) {
     tides.SetDataPath(Folder());
     tides.ListTideRegions();
     if (tides.TideRegionCount() != 1) state.SkipWithError("region not listed");
-    Passage passage(tides);
+    PassagePlanner passage(tides);
     Units units;
     const Route route = ThreeHundredMiles();
     PassageInputs in;

@@ -64,7 +64,11 @@ struct RecordingHooks : InstrumentHooks {
     void ArpaHeadingAgeCheck() override {}
     void SetInfoLine(InfoPanel p, const std::string& t) override { infoLine[int(p)] = t; }
     void SetBusyCursor(bool b) override { busy = b; }
-    bool CourseToSteerLeg(double&) const override { return false; }
+    // The course to steer the plotter works out: here the active leg's
+    // course, as in slack water.
+    bool CourseToSteerLeg(double& c) const override { return steerOk && (c = steer, true); }
+    double steer = 0.0;
+    bool steerOk = true;
     float CompassDeviation(float) const override { return 0.0f; }
     void EndTrackingAids() override {}
     bool CursorPosition(LatLong&) const override { return false; }

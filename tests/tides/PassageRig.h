@@ -11,7 +11,7 @@
 #include "platform/fake/ScriptedDialogs.h"
 #include "tests/platform/tidestream/TideRigs.h"
 #include "tests/support/TestSupport.h"
-#include "tides/Passage.h"
+#include "tides/PassagePlanner.h"
 
 namespace ombra::test {
 
@@ -55,7 +55,7 @@ struct PassageRig {
     ErrorReporter errors{dialogs, "Ombra"};
     CountingStream stream;
     Tides tides{stream, errors};
-    Passage passage{tides};
+    PassagePlanner passage{tides};
     Units units;
     // 1 June 2026 10:00, the wanted departure.
     double start = DateTime{2026, 6, 1, 10, 0, 0}.Serial();

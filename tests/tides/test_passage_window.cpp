@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <functional>
 
+#include "core/Format.h"
+#include "instruments/Vessel.h"
 #include "platform/fake/ManualClock.h"
 #include "platform/fake/MemorySettings.h"
 #include "platform/fake/RecordingCanvas.h"
@@ -170,6 +172,36 @@ TEST(PassageWindow, PlansListsAndPicksTheBestDeparture) {
     // Leaving the route window drops the plan and its track.
     EXPECT_EQ(d.plotter.passage().PassageState(), 0);
     EXPECT_EQ(d.TrackLines(), 0u);
+}
+
+TEST(PassageWindow, FromTheVesselAndTheConsoleSteerRow) {
+    Desk d;
+    ASSERT_TRUE(d.Start());
+    VesselModule& vessel = d.plotter.instruments().vessel;
+    vessel.SetVesselMode(kModeDR);
+    vessel.vessel.Pos = DM(49, 56, -12, 12);
+    bool done = d.InRouteWindow([&](FrmRoute* f) {
+        // The second point made the destination, as the navigator does it.
+        f->PicRoutePts->selectRow(1);
+        f->ComActivate->click();
+        ASSERT_EQ(d.plotter.nav().routes.ActivePoint, 2);
+        f->SSTab1->setCurrentWidget(f->PassageTab);
+        f->TxtSetSpeed->setText("6");
+        f->ChkUseCurrVesPos->setChecked(true);
+        f->CommCalcRoute->click();
+        ASSERT_EQ(f->PicPassage->rowCount(), 2);
+        EXPECT_EQ(f->PicPassage->item(0, 0)->text(), "Vessel - 2");
+        EXPECT_EQ(f->PicPassage->item(1, 0)->text(), "2 - 3");
+    });
+    ASSERT_TRUE(done);
+    // The console steers the leg in whole degrees (slack water here: the
+    // tidal correction is off).
+    vessel.vessel.SpeedWater = 6.0;
+    vessel.UpdateWaypointConsole();
+    const ActiveLeg& leg = d.plotter.instruments().leg;
+    ASSERT_EQ(leg.Kind, 2);
+    const double whole = std::fmod(std::nearbyint(leg.BearingTo), 360.0);
+    EXPECT_EQ(d.plotter.instruments().console.LabWP[11], Format(whole, "000.0") + " °T");
 }
 
 }  // namespace

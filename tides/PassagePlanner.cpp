@@ -1,4 +1,4 @@
-#include "tides/Passage.h"
+#include "tides/PassagePlanner.h"
 
 #include <algorithm>
 #include <cmath>
@@ -123,14 +123,14 @@ std::string PassageSpanText(long long m) {
     return Format(days, "00") + ", " + Format(hours, "00") + ", " + Format(double(minutes) + 0.005, "00");
 }
 
-void Passage::SetPassageState(int16_t state) {
+void PassagePlanner::SetPassageState(int16_t state) {
     state_ = state;
     if (state != 0) return;
     for (auto& t : PassageTrack) t.clear();
     VesselLeg = -1;
 }
 
-bool Passage::CalcPassageLeg(const LatLong& from, const LatLong& to, double& distance, double& course, float speed,
+bool PassagePlanner::CalcPassageLeg(const LatLong& from, const LatLong& to, double& distance, double& course, float speed,
                              double start, double& arrival, float& cts, bool quiet, int16_t& tideSet,
                              float& tideDistance, std::vector<LatLong>* track) {
     const float hours = 1.0f / speed;
@@ -264,7 +264,7 @@ bool Passage::CalcPassageLeg(const LatLong& from, const LatLong& to, double& dis
     return true;
 }
 
-Passage::Run Passage::RunPlan(const Route& route, const PassageInputs& in, double departure, bool quiet) {
+PassagePlanner::Run PassagePlanner::RunPlan(const Route& route, const PassageInputs& in, double departure, bool quiet) {
     Run out;
     const auto& pts = route.Points;
     const int n = int(pts.size());
@@ -332,7 +332,7 @@ Passage::Run Passage::RunPlan(const Route& route, const PassageInputs& in, doubl
     return out;
 }
 
-PassageRefusal Passage::CalcRoute(const Route& route, const PassageInputs& in, const Units& units,
+PassageRefusal PassagePlanner::CalcRoute(const Route& route, const PassageInputs& in, const Units& units,
                                   const std::function<void(int)>& gauge) {
     const size_t n = std::max<size_t>(route.Points.size(), 1);
     Legs.assign(n, PassageLeg{});
@@ -369,7 +369,7 @@ PassageRefusal Passage::CalcRoute(const Route& route, const PassageInputs& in, c
     return {};
 }
 
-void Passage::BestDeparture(const Route& route, const PassageInputs& in, const std::function<void(int)>& gauge) {
+void PassagePlanner::BestDeparture(const Route& route, const PassageInputs& in, const std::function<void(int)>& gauge) {
     TxtArrDate = TxtArrTime = TxtTotTime = TxtTidalGain = "N/A";
     BestDepartureTime.fill(0.0);
     BestArrivalTime.fill(0.0);
@@ -409,7 +409,7 @@ void Passage::BestDeparture(const Route& route, const PassageInputs& in, const s
     state_ = 2;
 }
 
-PassageTable Passage::ShowPassageResults(int16_t state, const Units& units,
+PassageTable PassagePlanner::ShowPassageResults(int16_t state, const Units& units,
                                          const std::function<double(double, int)>& shown) const {
     PassageTable table;
     if (state == 1) {
@@ -435,7 +435,7 @@ PassageTable Passage::ShowPassageResults(int16_t state, const Units& units,
     return table;
 }
 
-void Passage::DrawPassage(Canvas& canvas, NavChart& chart, Rgb colour) const {
+void PassagePlanner::DrawPassage(Canvas& canvas, NavChart& chart, Rgb colour) const {
     if (state_ != 1 || !chart.ChartOpen()) return;
     canvas.SetPen({colour, 2, PenStyle::Solid});
     for (const auto& leg : PassageTrack) {

@@ -1,4 +1,4 @@
-// Passage: the passage planner. It turns a route into a timed plan through
+// PassagePlanner: the passage planner. It turns a route into a timed plan through
 // the tidal stream: for every leg the course to steer, the arrival and the
 // tide met on the way; for the whole route the arrival, the time on passage
 // and the tidal gain. With best departure it plans 24 departures an hour
@@ -88,9 +88,9 @@ struct PassageTable {
 // "dd, hh, mm" for a span of whole minutes (days 0 when it is negative).
 std::string PassageSpanText(long long minutes);
 
-class Passage {
+class PassagePlanner {
 public:
-    explicit Passage(Tides& tides) : tides_(tides) {}
+    explicit PassagePlanner(Tides& tides) : tides_(tides) {}
 
     // The plan for `route` from the tab's choices; the four texts below say
     // "N/A" when a leg could not be made. With best departure the 24 rows
