@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "charts/DemoChart.h"
 #include "platform/fake/ManualClock.h"
 #include "platform/fake/MemorySettings.h"
 #include "platform/fake/ScriptedDialogs.h"
@@ -18,6 +19,7 @@
 #include "tests/charts/ChartFixture.h"
 #include "tests/platform/tidestream/TideRigs.h"
 #include "tests/support/QtApp.h"
+#include "tests/support/TestSupport.h"
 #include "ui/ChartArea.h"
 #include "ui/FrmMain.h"
 #include "ui/FrmTideOptions.h"
@@ -214,6 +216,47 @@ TEST(TideWindows, NoRegionNoStreamWindow) {
     EXPECT_EQ(w.shell.Tides()->Window(), nullptr);
     ASSERT_EQ(w.dialogs.asked.size(), 1u);
     EXPECT_EQ(w.dialogs.asked[0].text, "No Tidal Stream Data");
+}
+
+// The demo: the demo chart and the streams the demo set-up installs round
+// its island. Arrows fill the water round the island, every one of them at
+// a position the island's own geography calls sea, and none on the island.
+TEST(TideWindows, TheDemoStreamsRunRoundTheIslandAndNotOverIt) {
+    TideWindow w;
+    RunResult run = ombra::test::Run({CliPath(), "tide", "make-demo", "--out", w.dir / "home/Dat/Region01"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    run = ombra::test::Run({CliPath(), "chart", "make-demo", "--root", w.plotter.charts().Root()});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    w.plotter.tides().ListTideRegions();
+    ASSERT_EQ(w.plotter.tides().TideRegionCount(), 1);
+    w.plotter.OpenChartNumber(DemoChart::Number);
+    Display& view = w.plotter.charts().View;
+    view.CentreOnPosition(DemoChart::IslandCentre());
+    w.Settle();
+
+    w.Main().Action("MTidesView")->trigger();
+    FrmTideStream* frm = w.shell.Tides()->Window();
+    ASSERT_NE(frm, nullptr);
+    frm->txt_Date->setText("23/11/2026");
+    frm->txt_Time->setText("10:00");
+    frm->ComOK->click();
+    w.Settle();
+
+    const std::vector<TideGridCell>& cells = w.plotter.tideDisplay().Cells();
+    ASSERT_GT(cells.size(), 20u);
+    for (const TideGridCell& c : cells) {
+        EXPECT_GE(DemoChart::DepthAt(c.pos), 0.0) << c.pos.Lat / 3600 << "," << c.pos.Long / 3600;
+        EXPECT_GT(c.Drift, 0.0f);
+    }
+    const QImage shot = w.Area().Store();
+    if (const char* grabs = std::getenv("OMBRA_GRAB_DIR")) shot.save(QString("%1/tide-demo.png").arg(grabs));
+    EXPECT_GT(RedIn(shot, 0, 0, shot.width(), shot.height()), 20 * 20);
+    // The island is about 2.5 miles across: its middle, a few hundred
+    // pixels of land at this scale, carries no arrow.
+    const NavPoint centre = view.LocatePosition(DemoChart::IslandCentre());
+    ASSERT_TRUE(centre.In(0));
+    const ChartPoint at = view.ChartToScreen(centre.Pixel[0]);
+    EXPECT_EQ(RedIn(shot, at.x - 60, at.y - 60, at.x + 60, at.y + 60), 0);
 }
 
 }  // namespace ombra::test
