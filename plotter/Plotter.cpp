@@ -43,9 +43,15 @@ Plotter::Plotter(PlotterServices s)
       logHost_(*this),
       logs_(errors_, s.dialogs, s.clock, logHost_),
       ownTideStream_(s.tideStream ? nullptr : std::make_unique<HarmonicTideStream>()),
-      tides_(s.tideStream ? *s.tideStream : *ownTideStream_, errors_) {
+      tides_(s.tideStream ? *s.tideStream : *ownTideStream_, errors_),
+      ownDdeLink_(s.ddeLink ? nullptr : std::make_unique<DdeServer>()),
+      ddeLink_(s.ddeLink ? *s.ddeLink : *ownDdeLink_),
+      ddeHost_(*this),
+      dde_(registry_, ddeLink_, ddeHost_, errors_, globals_.ProductName),
+      targetFinder_(*this) {
     RegisterNavLayers(charts_.View, nav_);
     RegisterAlarmLayers();
+    RegisterTargetLayers();
 }
 
 // ---- The chart module's window side ------------------------------------------
@@ -452,6 +458,8 @@ void Plotter::CloseSplash() { services_.shell.CloseSplash(); }
 void Plotter::LoadCommsSettings() {
     portTable_.SetBaseFolder(globals_.AppPath);
     instruments_.LoadCommsSettings();
+    dde_.LoadSettings();
+    dde_.ConsoleRows(instruments_.console.LabDDE);
 }
 void Plotter::LoadDisplaySettings() { display_ = LoadDisplayOptions(registry_); }
 void Plotter::LoadUnitsConsoleAndOverlays() {

@@ -44,6 +44,10 @@
 #include "tides/Tides.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
+#include "platform/api/DdeLink.h"
+#include "platform/comms/DdeServer.h"
+#include "targets/Dde.h"
+#include "targets/TargetFinder.h"
 
 namespace ombra {
 
@@ -60,6 +64,8 @@ struct PlotterServices {
     ChartLibrary* chartLibrary = nullptr;
     // The tidal stream model; when null the plotter uses Ombra's own.
     TideStream* tideStream = nullptr;
+    // The data-source link; when null the plotter listens on loopback itself.
+    DdeLink* ddeLink = nullptr;
 };
 
 class Plotter;
@@ -237,6 +243,33 @@ private:
     Plotter& p_;
 };
 
+// What the data-source link's targets ask: the chart, the questions, the
+// console.
+class PlotterDdeHost : public DdeHost {
+public:
+    explicit PlotterDdeHost(Plotter& p) : p_(p) {}
+    bool ChartLoaded() override;
+    void Message(const std::string& title, const std::string& text) override;
+    bool AskYesNo(const std::string& title, const std::string& text) override;
+    void ZoomTo(const LatLong& pos) override;
+    void Redraw() override;
+    void ConsoleChanged() override;
+
+private:
+    Plotter& p_;
+};
+
+// The targets under a click, of every kind the plotter holds.
+class PlotterTargetFinder : public TargetFinder {
+public:
+    explicit PlotterTargetFinder(Plotter& p) : p_(p) {}
+    std::vector<FoundTarget> FindTargets(ChartPoint screen, bool all) override;
+    void SelectTarget(const FoundTarget& target) override;
+
+private:
+    Plotter& p_;
+};
+
 class Plotter : public TickSteps, public StartupSteps {
 public:
     explicit Plotter(PlotterServices services);
@@ -247,8 +280,12 @@ public:
                const std::string& sharedData);
     // The main window's close: placement, then the exit sequence.
     void Close(int windowState, double left, double top, double width, double height);
-    // One tick of the 100 ms timer.
-    void Tick() { loop_.MainTimer_Timer(); }
+    // One tick of the 100 ms timer; the data-source link is drained after
+    // it (never inside a tick that is pumping events).
+    void Tick() {
+        loop_.MainTimer_Timer();
+        ServiceDdeLink();
+    }
     // The Options dialog's confirm, with its values.
     void ApplyOptions(const OptionsValues& values);
     // True once the exit sequence has run.
@@ -278,6 +315,10 @@ public:
     Alarms& alarms() { return alarms_; }
     // The tide regions and the stream at a point.
     Tides& tides() { return tides_; }
+    // The data-source link's targets (the DDE menu and its windows), and
+    // the targets of every kind under a click.
+    Dde& dde() { return dde_; }
+    TargetFinder& targetFinder() { return targetFinder_; }
 
     // ---- Commands of the windows that reach across modules ---------------
     // The chart centred on the vessel (Vessel > Centre on Vessel).
@@ -360,6 +401,9 @@ private:
     void ReopenStore(NavStore& store, Key key);
     // The anchor circle and the man-overboard mark in the chart's layers.
     void RegisterAlarmLayers();
+    // The targets' layers on the chart, and the link drained on the tick.
+    void RegisterTargetLayers();
+    void ServiceDdeLink();
     // The cursor's position as the information line shows it.
     std::string CursorText(const LatLong& wgs84);
     // The view at exit, kept for the next start, and put back.
@@ -373,6 +417,8 @@ private:
     friend class PlotterNavHost;
     friend class PlotterAlarmHost;
     friend class PlotterLogHost;
+    friend class PlotterDdeHost;
+    friend class PlotterTargetFinder;
 
     PlotterServices services_;
     Globals globals_;
@@ -410,6 +456,12 @@ private:
     // The tidal stream model: the one the services name, else Ombra's own.
     std::unique_ptr<TideStream> ownTideStream_;
     Tides tides_;
+    // The data-source link and its targets.
+    std::unique_ptr<DdeServer> ownDdeLink_;
+    DdeLink& ddeLink_;
+    PlotterDdeHost ddeHost_;
+    Dde dde_;
+    PlotterTargetFinder targetFinder_;
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus_ = 0;

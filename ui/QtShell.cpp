@@ -1,6 +1,7 @@
 #include "ui/QtShell.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QScreen>
 
 #include "plotter/Plotter.h"
@@ -14,6 +15,7 @@
 #include "ui/ChartArea.h"
 #include "ui/NavObjectCommands.h"
 #include "ui/AlarmCommands.h"
+#include "ui/DdeCommands.h"
 #include "ui/LogCommands.h"
 #include "ui/WindowPalette.h"
 
@@ -23,6 +25,7 @@ QtShell::QtShell(QtDialogs& dialogs, bool unattended) : dialogs_(dialogs), unatt
 
 QtShell::~QtShell() {
     // The commands hold the window; they go first.
+    dde_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -46,6 +49,7 @@ void QtShell::CloseSplash() {
 }
 
 void QtShell::CreateMainWindow(const std::string& caption) {
+    dde_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -59,7 +63,15 @@ void QtShell::CreateMainWindow(const std::string& caption) {
                                                plotter_->services().dialogs, plotter_->services().clock,
                                                plotter_->services().events, &plotter_->gpsLink());
     alarms_ = std::make_unique<AlarmCommands>(*main_, *plotter_);
-    nav_->ExtendPopup = [this](QMenu& popup) { alarms_->AddAnchorEntries(popup); };
+    dde_ = std::make_unique<DdeCommands>(*main_, *plotter_);
+    nav_->ExtendPopup = [this](QMenu& popup) {
+        alarms_->AddAnchorEntries(popup);
+        // The targets under the click that opened the pop-up.
+        if (ChartArea* area = charts_->Area()) {
+            const QPoint at = area->mapFromGlobal(QCursor::pos());
+            dde_->AddTargetEntries(popup, {at.x(), at.y()});
+        }
+    };
     logs_ = std::make_unique<LogCommands>(*main_, *plotter_);
     // The chart's mouse goes to the tools first; the cursor read-out follows it too.
     if (ChartArea* area = charts_->Area()) {
@@ -96,6 +108,7 @@ void QtShell::BuildMenus() {
     if (nav_) nav_->Bind();
     if (alarms_) alarms_->Bind();
     if (logs_) logs_->Bind();
+    if (dde_) dde_->Bind();
     main_->Bind("MDeviation", [this] {
         FrmDeviation card(main_.get(), plotter_->deviation());
         card.exec();

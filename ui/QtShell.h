@@ -15,6 +15,7 @@ class InstrumentCommands;
 class ChartCommands;
 class NavObjectCommands;
 class AlarmCommands;
+class DdeCommands;
 class LogCommands;
 class FrmSplash;
 class Plotter;
@@ -59,6 +60,7 @@ public:
     std::string ShowAlarm(AlarmForm form, const std::string& caption, const std::string& text, bool beep) override;
     void HideAlarm(AlarmForm form) override;
     AlarmCommands* Alarms() const { return alarms_.get(); }
+    DdeCommands* Dde() const { return dde_.get(); }
     void LogEntryAdded(LogEntryKind kind, const LogEntry& entry) override;
     bool ShowLogEntry(LogEntry& entry, const DateTime& when) override;
     void LogChanged() override;
@@ -77,6 +79,7 @@ private:
     std::unique_ptr<ChartCommands> charts_;
     std::unique_ptr<NavObjectCommands> nav_;
     std::unique_ptr<AlarmCommands> alarms_;
+    std::unique_ptr<DdeCommands> dde_;
     std::unique_ptr<LogCommands> logs_;
     bool busyCursor_ = false;
     int windowState_ = 2;
