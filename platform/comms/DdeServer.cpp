@@ -56,6 +56,7 @@ void DdeServer::Stop() {
     std::lock_guard<std::mutex> lock(mu_);
     for (Source& s : sources_) ::close(s.fd);
     sources_.clear();
+    events_.clear();  // nothing of these sources reaches a later session
     ::close(listenFd_);
     listenFd_ = -1;
     for (int& w : wake_) {
