@@ -50,12 +50,18 @@ Plotter::Plotter(PlotterServices s)
       aisTargets_(registry_, aisHost_),
       targetHost_(*this),
       arpa_(targetHost_, errors_, s.clock, instruments_.console),
-      tracked_(targetHost_, errors_, instruments_.console) {
+      tracked_(targetHost_, errors_, instruments_.console),
+      ownDdeLink_(s.ddeLink ? nullptr : std::make_unique<DdeServer>()),
+      ddeLink_(s.ddeLink ? *s.ddeLink : *ownDdeLink_),
+      ddeHost_(*this),
+      dde_(registry_, ddeLink_, ddeHost_, errors_, globals_.ProductName),
+      targetFinder_(*this) {
     RegisterNavLayers(charts_.View, nav_);
     RegisterAlarmLayers();
     RegisterTideLayer();
     RegisterPassageLayer();
     RegisterAisLayers();
+    RegisterDdeLayer();
     RegisterTargetLayers();
 }
 
@@ -481,6 +487,8 @@ void Plotter::LoadCommsSettings() {
     instruments_.LoadCommsSettings();
     aisTargets_.LoadSettings();
     arpa_.LoadSettings(registry_);
+    dde_.LoadSettings();
+    dde_.ConsoleRows(instruments_.console.LabDDE);
 }
 void Plotter::LoadDisplaySettings() { display_ = LoadDisplayOptions(registry_); }
 void Plotter::LoadUnitsConsoleAndOverlays() {

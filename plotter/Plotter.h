@@ -51,6 +51,10 @@
 #include "targets/Tracked.h"
 #include "plotter/Shell.h"
 #include "plotter/VariationSource.h"
+#include "platform/api/DdeLink.h"
+#include "platform/comms/DdeServer.h"
+#include "targets/Dde.h"
+#include "targets/TargetFinder.h"
 
 namespace ombra {
 
@@ -67,6 +71,8 @@ struct PlotterServices {
     ChartLibrary* chartLibrary = nullptr;
     // The tidal stream model; when null the plotter uses Ombra's own.
     TideStream* tideStream = nullptr;
+    // The data-source link; when null the plotter listens on loopback itself.
+    DdeLink* ddeLink = nullptr;
 };
 
 class Plotter;
@@ -300,6 +306,33 @@ private:
     Plotter& p_;
 };
 
+// What the data-source link's targets ask: the chart, the questions, the
+// console.
+class PlotterDdeHost : public DdeHost {
+public:
+    explicit PlotterDdeHost(Plotter& p) : p_(p) {}
+    bool ChartLoaded() override;
+    void Message(const std::string& title, const std::string& text) override;
+    bool AskYesNo(const std::string& title, const std::string& text) override;
+    void ZoomTo(const LatLong& pos) override;
+    void Redraw() override;
+    void ConsoleChanged() override;
+
+private:
+    Plotter& p_;
+};
+
+// The targets under a click, of every kind the plotter holds.
+class PlotterTargetFinder : public TargetFinder {
+public:
+    explicit PlotterTargetFinder(Plotter& p) : p_(p) {}
+    std::vector<FoundTarget> FindTargets(ChartPoint screen, bool all) override;
+    void SelectTarget(const FoundTarget& target) override;
+
+private:
+    Plotter& p_;
+};
+
 class Plotter : public TickSteps, public StartupSteps {
 public:
     explicit Plotter(PlotterServices services);
@@ -310,8 +343,12 @@ public:
                const std::string& sharedData);
     // The main window's close: placement, then the exit sequence.
     void Close(int windowState, double left, double top, double width, double height);
-    // One tick of the 100 ms timer.
-    void Tick() { loop_.MainTimer_Timer(); }
+    // One tick of the 100 ms timer; the data-source link is drained after
+    // it (never inside a tick that is pumping events).
+    void Tick() {
+        loop_.MainTimer_Timer();
+        ServiceDdeLink();
+    }
     // The Options dialog's confirm, with its values.
     void ApplyOptions(const OptionsValues& values);
     // True once the exit sequence has run.
@@ -356,6 +393,10 @@ public:
     // The radar's ARPA targets and the tracking service's vessels.
     Arpa& arpa() { return arpa_; }
     Tracked& tracked() { return tracked_; }
+    // The data-source link's targets (the DDE menu and its windows), and
+    // the targets of every kind under a click.
+    Dde& dde() { return dde_; }
+    TargetFinder& targetFinder() { return targetFinder_; }
 
     // ---- Commands of the windows that reach across modules ---------------
     // The chart centred on the vessel (Vessel > Centre on Vessel).
@@ -456,6 +497,9 @@ private:
     void UpdateAisTargets();
     // The ARPA and tracked targets in the chart's layers.
     void RegisterTargetLayers();
+    // The link's targets on the chart, and the link drained on the tick.
+    void RegisterDdeLayer();
+    void ServiceDdeLink();
     // The cursor's position as the information line shows it.
     std::string CursorText(const LatLong& wgs84);
     // The view at exit, kept for the next start, and put back.
@@ -472,6 +516,8 @@ private:
     friend class PlotterTideHost;
     friend class PlotterAisHost;
     friend class PlotterTargetHost;
+    friend class PlotterDdeHost;
+    friend class PlotterTargetFinder;
 
     PlotterServices services_;
     Globals globals_;
@@ -519,6 +565,12 @@ private:
     PlotterTargetHost targetHost_;
     Arpa arpa_;
     Tracked tracked_;
+    // The data-source link and its targets.
+    std::unique_ptr<DdeServer> ownDdeLink_;
+    DdeLink& ddeLink_;
+    PlotterDdeHost ddeHost_;
+    Dde dde_;
+    PlotterTargetFinder targetFinder_;
     // The status of the last vessel cycle (1 fix, 0 poor, -1 none): the
     // NMEA burst's status letters come from it.
     int16_t lastStatus_ = 0;

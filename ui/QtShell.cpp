@@ -1,6 +1,7 @@
 #include "ui/QtShell.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QScreen>
 
 #include "plotter/Plotter.h"
@@ -16,6 +17,7 @@
 #include "ui/RoutePassage.h"
 #include "ui/AlarmCommands.h"
 #include "ui/AisCommands.h"
+#include "ui/DdeCommands.h"
 #include "ui/LogCommands.h"
 #include "ui/TideCommands.h"
 #include "ui/TargetCommands.h"
@@ -30,6 +32,7 @@ QtShell::~QtShell() {
     tides_.reset();
     ais_.reset();
     targets_.reset();
+    dde_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -56,6 +59,7 @@ void QtShell::CreateMainWindow(const std::string& caption) {
     tides_.reset();
     ais_.reset();
     targets_.reset();
+    dde_.reset();
     alarms_.reset();
     logs_.reset();
     nav_.reset();
@@ -71,12 +75,18 @@ void QtShell::CreateMainWindow(const std::string& caption) {
     alarms_ = std::make_unique<AlarmCommands>(*main_, *plotter_);
     nav_->PreparePassage = [this](FrmRoute& f) { AttachPlotterPassage(f, *plotter_); };
     ais_ = std::make_unique<AisCommands>(*main_, *plotter_);
+    dde_ = std::make_unique<DdeCommands>(*main_, *plotter_);
     logs_ = std::make_unique<LogCommands>(*main_, *plotter_);
     tides_ = std::make_unique<TideCommands>(*main_, *plotter_);
     nav_->ExtendPopup = [this](QMenu& popup) {
         alarms_->AddAnchorEntries(popup);
         tides_->AddPopupEntries(popup);
         ais_->AddPopupEntries(popup, lastClick_);
+        // The link's targets under the click that opened the pop-up.
+        if (ChartArea* area = charts_->Area()) {
+            const QPoint at = area->mapFromGlobal(QCursor::pos());
+            dde_->AddTargetEntries(popup, {at.x(), at.y()});
+        }
     };
     targets_ = std::make_unique<TargetCommands>(*main_, *plotter_);
     // The chart's mouse goes to the tools first; the cursor read-out follows it too.
@@ -119,6 +129,7 @@ void QtShell::BuildMenus() {
     if (logs_) logs_->Bind();
     if (tides_) tides_->Bind();
     if (targets_) targets_->Bind();
+    if (dde_) dde_->Bind();
     main_->Bind("MDeviation", [this] {
         FrmDeviation card(main_.get(), plotter_->deviation());
         card.exec();

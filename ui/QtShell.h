@@ -16,6 +16,7 @@ class ChartCommands;
 class NavObjectCommands;
 class AlarmCommands;
 class TargetCommands;
+class DdeCommands;
 class LogCommands;
 class TideCommands;
 class AisCommands;
@@ -62,6 +63,7 @@ public:
     std::string ShowAlarm(AlarmForm form, const std::string& caption, const std::string& text, bool beep) override;
     void HideAlarm(AlarmForm form) override;
     AlarmCommands* Alarms() const { return alarms_.get(); }
+    DdeCommands* Dde() const { return dde_.get(); }
     void LogEntryAdded(LogEntryKind kind, const LogEntry& entry) override;
     bool ShowLogEntry(LogEntry& entry, const DateTime& when) override;
     void LogChanged() override;
@@ -82,6 +84,7 @@ private:
     std::unique_ptr<ChartCommands> charts_;
     std::unique_ptr<NavObjectCommands> nav_;
     std::unique_ptr<AlarmCommands> alarms_;
+    std::unique_ptr<DdeCommands> dde_;
     std::unique_ptr<LogCommands> logs_;
     std::unique_ptr<TideCommands> tides_;
     std::unique_ptr<AisCommands> ais_;

@@ -35,6 +35,21 @@ PortAddress ParsePortAddress(std::string_view raw, std::string_view baseFolder) 
     std::string_view t = text;
     if (StartsWith(t, "tcp://")) {
         if (SplitHostPort(t.substr(6), s.host, s.port) && !s.host.empty()) s.kind = PortAddress::Kind::Tcp;
+    } else if (StartsWith(t, "gpsd://")) {
+        std::string_view rest = t.substr(7);
+        if (!rest.empty() && rest.back() == '/') rest.remove_suffix(1);
+        // A port of its own, or gpsd's: a bare name, or an IPv6 address in brackets.
+        bool bracketed = rest.size() >= 2 && rest.front() == '[' && rest.back() == ']';
+        if (!bracketed && rest.find(':') == std::string_view::npos) {
+            s.host = std::string(rest);
+            s.port = kGpsdPort;
+        } else if (bracketed) {
+            s.host = std::string(rest.substr(1, rest.size() - 2));
+            s.port = kGpsdPort;
+        } else if (!SplitHostPort(rest, s.host, s.port)) {
+            s.host.clear();
+        }
+        if (!s.host.empty()) s.kind = PortAddress::Kind::Gpsd;
     } else if (StartsWith(t, "udp://")) {
         if (SplitHostPort(t.substr(6), s.host, s.port)) s.kind = PortAddress::Kind::Udp;
     } else if (StartsWith(t, "file://")) {

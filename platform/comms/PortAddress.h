@@ -12,6 +12,8 @@
 //   tcp://host:port              a TCP client, reconnecting when the peer goes
 //   udp://:port                  a UDP listener for broadcast NMEA, on every
 //   udp://127.0.0.1:port         address, or on the one address named
+//   gpsd://host[:port]           a running gpsd (port 2947 unless named),
+//                                asked for its NMEA; reconnecting like tcp://
 //   file://path[?rate=N][&loop=0]  a recorded log replayed at its own pace:
 //                                N position fixes a second (default 1),
 //                                starting again at its end unless loop=0.
@@ -27,12 +29,15 @@
 
 namespace ombra {
 
+// gpsd's own port, when a gpsd:// address names none.
+inline constexpr uint16_t kGpsdPort = 2947;
+
 struct PortAddress {
-    enum class Kind { None, Serial, Tcp, Udp, File };
+    enum class Kind { None, Serial, Tcp, Udp, File, Gpsd };
     Kind kind = Kind::None;
     std::string path;        // serial device or log file (native form)
-    std::string host;        // tcp host; udp bind address ("" = any)
-    uint16_t port = 0;       // tcp or udp port
+    std::string host;        // tcp or gpsd host; udp bind address ("" = any)
+    uint16_t port = 0;       // tcp, udp or gpsd port
     double rate = 1.0;       // file: position fixes a second
     bool loop = true;        // file: start again at the end
 };

@@ -105,6 +105,8 @@ struct PortSource {
     std::mutex outMu;
     std::string out;
     uint64_t outDropped = 0;
+    std::string gpsdLine;       // gpsd: the line being read
+    bool gpsdDiscarding = false;  // gpsd: inside a line too long to be NMEA
     std::thread thread;
 
     explicit PortSource(size_t capacity) : queue(capacity) {}
@@ -140,6 +142,8 @@ struct PortSource {
         fd = -1;
         connected = false;
         queue.DropPartial();
+        gpsdLine.clear();
+        gpsdDiscarding = false;
     }
 
     // (Re)establishes the device; false when it is not there yet.
@@ -149,6 +153,13 @@ struct PortSource {
             fd = OpenSerial(addr.path, baud, why);
         } else if (addr.kind == PortAddress::Kind::Tcp) {
             fd = DialTcp();
+        } else if (addr.kind == PortAddress::Kind::Gpsd) {
+            fd = DialTcp();
+            // Each new connection asks again: gpsd forgets a watch with its client.
+            if (fd >= 0) {
+                std::lock_guard<std::mutex> lock(outMu);
+                out = kGpsdWatch;
+            }
         }
         connected = fd >= 0;
         return fd >= 0;
@@ -187,6 +198,30 @@ struct PortSource {
         return s;
     }
 
+    // gpsd answers in JSON lines (its version, devices, the watch) and then
+    // passes on the receivers' sentences; only the sentences reach the queue.
+    static constexpr const char* kGpsdWatch = "?WATCH={\"enable\":true,\"nmea\":true}\n";
+    void FeedGpsd(const char* bytes, size_t n) {
+        for (size_t i = 0; i < n; ++i) {
+            char c = bytes[i];
+            if (c == '\n') {
+                if (!gpsdDiscarding && !gpsdLine.empty() && (gpsdLine[0] == '$' || gpsdLine[0] == '!')) {
+                    gpsdLine.push_back('\n');
+                    queue.Append(gpsdLine);
+                }
+                gpsdLine.clear();
+                gpsdDiscarding = false;
+            } else if (!gpsdDiscarding) {
+                gpsdLine.push_back(c);
+                // A JSON report may be long; a sentence never is. Neither is kept.
+                if (gpsdLine.size() > LineQueue::MaxLine) {
+                    gpsdLine.clear();
+                    gpsdDiscarding = true;
+                }
+            }
+        }
+    }
+
     void WritePending() {
         std::lock_guard<std::mutex> lock(outMu);
         if (out.empty()) return;
@@ -194,8 +229,8 @@ struct PortSource {
             out.clear();  // nowhere to send it: output is not kept for a later peer
             return;
         }
-        ssize_t n = addr.kind == PortAddress::Kind::Tcp ? ::send(fd, out.data(), out.size(), MSG_NOSIGNAL)
-                                                     : ::write(fd, out.data(), out.size());
+        bool socket = addr.kind == PortAddress::Kind::Tcp || addr.kind == PortAddress::Kind::Gpsd;
+        ssize_t n = socket ? ::send(fd, out.data(), out.size(), MSG_NOSIGNAL) : ::write(fd, out.data(), out.size());
         if (n > 0) out.erase(0, size_t(n));
     }
 
@@ -229,7 +264,9 @@ struct PortSource {
             }
             if (p[0].revents & POLLIN) {
                 ssize_t n = ::read(fd, buf, sizeof buf);
-                if (n > 0) {
+                if (n > 0 && addr.kind == PortAddress::Kind::Gpsd) {
+                    FeedGpsd(buf, size_t(n));
+                } else if (n > 0) {
                     queue.Append(std::string_view(buf, size_t(n)));
                 } else if (n == 0 || (errno != EAGAIN && errno != EINTR)) {
                     Lost();
@@ -414,6 +451,7 @@ bool PosixComms::PrepareSource(PortSource& src, int16_t port, const std::string&
             src.connected = src.fd >= 0;
             return src.fd >= 0;
         case PortAddress::Kind::Tcp:
+        case PortAddress::Kind::Gpsd:
             // Looking the name up may take seconds: the port's own thread
             // does it, on each dial. Here only a name that can never resolve
             // is refused.
@@ -491,6 +529,7 @@ int16_t PosixComms::ComPortRead(int16_t port, char* buffer, int16_t length) {
 void PosixComms::ComPortWrite(int16_t port, const char* buffer, int16_t count) {
     auto src = Find(port);
     if (!src || !buffer || count <= 0) return;
+    if (src->addr.kind == PortAddress::Kind::Gpsd) return;  // gpsd takes commands, not sentences
     {
         std::lock_guard<std::mutex> lock(src->outMu);
         if (src->out.size() + size_t(count) > MaxPendingWrite) {

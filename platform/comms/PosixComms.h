@@ -1,4 +1,5 @@
-// The instrument ports on this system: POSIX serial devices, a TCP client,
+// The instrument ports on this system: POSIX serial devices, a TCP client
+// (a gpsd:// port is one that asks gpsd for NMEA on connecting),
 // a UDP listener and recorded-log replay, all behind the Comms interface.
 //
 // Each open port has one thread of its own that does all of the port's

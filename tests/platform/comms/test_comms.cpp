@@ -161,6 +161,12 @@ TEST(PortTable, DeviceTexts) {
         {"file:///x.nmea?rate=-3", PortAddress::Kind::File, "", 0, "/x.nmea", 1, true},
         {"file://Demo\\run.nmea", PortAddress::Kind::File, "", 0, "/base/Demo/run.nmea", 1, true},
         {"file://", PortAddress::Kind::None, "", 0, "", 1, true},
+        {"gpsd://localhost", PortAddress::Kind::Gpsd, "localhost", 2947, "", 1, true},
+        {"gpsd://127.0.0.1:3000/", PortAddress::Kind::Gpsd, "127.0.0.1", 3000, "", 1, true},
+        {"gpsd://[::1]", PortAddress::Kind::Gpsd, "::1", 2947, "", 1, true},
+        {"gpsd://[::1]:4000", PortAddress::Kind::Gpsd, "::1", 4000, "", 1, true},
+        {"gpsd://", PortAddress::Kind::None, "", 0, "", 1, true},
+        {"gpsd://host:0", PortAddress::Kind::None, "", 0, "", 1, true},
         {"COM1", PortAddress::Kind::None, "", 0, "", 1, true},
         {"", PortAddress::Kind::None, "", 0, "", 1, true},
     };
@@ -319,6 +325,49 @@ TEST(NetworkPort, TcpClientReconnects) {
     ::close(again);
     ::close(listener);
     comms.CloseComPort(6);
+}
+
+// A fake gpsd on loopback: the port asks for NMEA on every connection,
+// passes the sentences on and keeps gpsd's own JSON reports (short or
+// long) and the plotter's output away from both sides.
+TEST(NetworkPort, GpsdWatchedForNmeaAndRedialled) {
+    int listener = LoopbackListener();
+    MapPorts ports;
+    ports.devices[7] = "gpsd://127.0.0.1:" + std::to_string(BoundPort(listener));
+    PosixComms comms(ports);
+    ASSERT_EQ(comms.OpenComPort(7, 4800), 1);
+    const std::string watch = "?WATCH={\"enable\":true,\"nmea\":true}\n";
+    auto readWatch = [&](int peer) {
+        std::string got;
+        auto end = std::chrono::steady_clock::now() + 3000ms;
+        while (got.size() < watch.size() && std::chrono::steady_clock::now() < end) {
+            pollfd p{peer, POLLIN, 0};
+            if (::poll(&p, 1, 50) <= 0) continue;
+            char buf[256];
+            ssize_t n = ::recv(peer, buf, sizeof buf, 0);
+            if (n <= 0) break;
+            got.append(buf, size_t(n));
+        }
+        return got;
+    };
+    for (int connection = 0; connection < 2; ++connection) {
+        SCOPED_TRACE(connection);
+        int peer = AcceptWithin(listener, 5000ms);
+        ASSERT_GE(peer, 0);
+        EXPECT_EQ(readWatch(peer), watch);
+        std::string talk = "{\"class\":\"VERSION\",\"release\":\"3.25\"}\r\n{\"class\":\"DEVICES\",\"devices\":[" +
+                           std::string(600, ' ') + "]}\r\n" + kGGA + "!AIVDM,1,1,,A,15M67FC000G?ufbE`FepT@3n00Sa,0*5C\r\n";
+        ASSERT_EQ(::send(peer, talk.data(), talk.size(), 0), ssize_t(talk.size()));
+        EXPECT_EQ(NextLine(comms, 7), kGGA);
+        EXPECT_EQ(NextLine(comms, 7), "!AIVDM,1,1,,A,15M67FC000G?ufbE`FepT@3n00Sa,0*5C\r\n");
+        comms.ComPortWrite(7, "$GPAPB,A\r\n", 10);
+        EXPECT_EQ(NextLine(comms, 7, 200ms), "");
+        pollfd p{peer, POLLIN, 0};
+        EXPECT_EQ(::poll(&p, 1, 200), 0) << "nothing but the watch reaches gpsd";
+        ::close(peer);  // gpsd restarts: the port dials again and asks again
+    }
+    ::close(listener);
+    comms.CloseComPort(7);
 }
 
 TEST(NetworkPort, TcpUnknownHostFailsToOpen) {
