@@ -125,12 +125,16 @@ void TideDisplay::ClearTideGrid() {
 
 void TideDisplay::RequestGrid(double when) {
     tides_.TideTime = when;
+    requested_ = when;
     pending_ = true;
 }
 
 void TideDisplay::DrawLayer(Canvas& canvas) {
     if (pending_) {
         pending_ = false;
+        // The console's vessel cycle sets the stream time to now each
+        // second; the grid is for the time the navigator asked for.
+        tides_.TideTime = requested_;
         CalcTideGrid(canvas);
     } else {
         DrawTideGrid(canvas);

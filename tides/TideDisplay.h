@@ -133,6 +133,7 @@ private:
     std::string gridKey_;
     double gridTime_ = 0.0;
     bool pending_ = false;
+    double requested_ = 0.0;  // the time of the grid asked for
 
     bool consoleKnown_ = false;
     double consoleSet_ = 0.0, consoleDrift_ = 0.0;

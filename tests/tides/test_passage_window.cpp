@@ -194,14 +194,24 @@ TEST(PassageWindow, FromTheVesselAndTheConsoleSteerRow) {
         EXPECT_EQ(f->PicPassage->item(1, 0)->text(), "2 - 3");
     });
     ASSERT_TRUE(done);
-    // The console steers the leg in whole degrees (slack water here: the
-    // tidal correction is off).
+    // The console steers the leg in whole degrees: the bearing itself with
+    // the stream model off (and no stream set by hand), another course
+    // once the model's stream across the leg is allowed for.
     vessel.vessel.SpeedWater = 6.0;
+    d.plotter.tideDisplay().SetUseProudman(false);
     vessel.UpdateWaypointConsole();
     const ActiveLeg& leg = d.plotter.instruments().leg;
     ASSERT_EQ(leg.Kind, 2);
     const double whole = std::fmod(std::nearbyint(leg.BearingTo), 360.0);
-    EXPECT_EQ(d.plotter.instruments().console.LabWP[11], Format(whole, "000.0") + " °T");
+    const std::string slack = Format(whole, "000.0") + " °T";
+    EXPECT_EQ(d.plotter.instruments().console.LabWP[11], slack);
+    d.plotter.tideDisplay().SetUseProudman(true);
+    vessel.UpdateWaypointConsole();
+    float drift = 0, set = 0;
+    d.plotter.tides().TideTime = d.clock.Now().Serial();
+    ASSERT_TRUE(d.plotter.tides().GetTide(vessel.vessel.Pos, drift, set));
+    ASSERT_GT(drift * std::fabs(std::sin((set - leg.BearingTo) * M_PI / 180)), 0.2) << set << " " << drift;
+    EXPECT_NE(d.plotter.instruments().console.LabWP[11], slack);
 }
 
 }  // namespace
