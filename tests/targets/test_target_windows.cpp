@@ -111,6 +111,30 @@ TEST(TargetWindows, ArpaAndTrackedSymbolsAtTheirPositions) {
     test::WriteFile(path.string(), text);
     b.At(P(0));
     EXPECT_GT(b.Pixels(b.Screen(tracked), Tracked::kColour, 8), 20);
+
+    // "Targets Found..." under a symbol lists that target alone, nothing
+    // where none is drawn, every one when asked for all; a pick becomes the
+    // console's target and the chart is centred on it.
+    TargetFinder& finder = b.plotter.targetFinder();
+    const LatLong radar = DeadReckon(own, 60.0, 1.5);
+    const struct {
+        LatLong at;
+        const char* kind;
+        int index;
+    } under[] = {{radar, "ARPA", 0}, {tracked, "Tracked", 0}};
+    for (const auto& u : under) {
+        const std::vector<FoundTarget> found = finder.FindTargets(b.Screen(u.at), false);
+        ASSERT_EQ(found.size(), 1u) << u.kind;
+        EXPECT_EQ(found[0].kind, u.kind);
+        EXPECT_EQ(found[0].index, u.index);
+    }
+    EXPECT_TRUE(finder.FindTargets(b.Screen(DeadReckon(own, 300.0, 2.0)), false).empty());
+    EXPECT_EQ(finder.FindTargets({0, 0}, true).size(), 2u);
+    finder.SelectTarget(finder.FindTargets(b.Screen(radar), false).at(0));
+    EXPECT_EQ(b.plotter.arpa().ActiveTarget, 0);
+    const LatLong centre = b.plotter.charts().View.ViewCentre();
+    EXPECT_NEAR(centre.Lat, radar.Lat, 10.0);
+    EXPECT_NEAR(centre.Long, radar.Long, 15.0);
 }
 
 // Vessel > GPS > ARPA Settings: the dialog shows the settings and OK keeps
