@@ -111,7 +111,9 @@ TEST(TrackedTargets, FileEdgeCases) {
         EXPECT_EQ(h.Slot(0).Unchanged, c.unchanged);
         EXPECT_DOUBLE_EQ(h.Slot(0).PositionDate, c.date);
         EXPECT_NEAR(h.Slot(0).DerivedSpeed, c.derivedSpeed, 0.01);
-        if (c.count > 0) EXPECT_NEAR(h.Slot(0).Position.Wgs84.Lat, P(c.lat).Lat, 0.01);
+        if (c.count > 0) {
+            EXPECT_NEAR(h.Slot(0).Position.Wgs84.Lat, P(c.lat).Lat, 0.01);
+        }
     }
 }
 
