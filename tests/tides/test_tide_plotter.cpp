@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "platform/fake/ScriptedDialogs.h"
+#include "plotter/WindowlessShell.h"
 #include "tests/alarms/FixFeed.h"
 #include "tests/platform/tidestream/TideRigs.h"
 #include "tides/Tides.h"
@@ -16,30 +17,6 @@ using namespace ombra;
 using namespace ombra::test;
 
 namespace {
-
-struct NullShell : Shell {
-    bool ShowSplash() override { return false; }
-    void CloseSplash() override {}
-    void CreateMainWindow(const std::string&) override {}
-    void ApplyWindowState(int) override {}
-    void ApplyWindowRect(double, double, double, double) override {}
-    void BuildMenus() override {}
-    void InitRunMenu(bool, bool) override {}
-    void LoadCommsForms() override {}
-    void ShowMainWindow() override {}
-    int DisplayColours() override { return -1; }
-    void ShowColourWarning() override {}
-    std::string ShowDisclaimer(const std::string&, const std::string&) override { return "Accept"; }
-    void EnableMainTimer() override {}
-    void EndProcess() override {}
-    void SetInfoPanel(int, const std::string&) override {}
-    void ChartRedrawRequested() override {}
-    void ChartPainted() override {}
-    void ChartWarningsChanged() override {}
-    void ChartStatusChanged() override {}
-    void ChartErrorsChanged() override {}
-    NavHost* NavWindows() override { return nullptr; }
-};
 
 // A steady stream of 0.5 m/s towards the east over 49.5N-50.5N, 5.5W-4.5W,
 // round the waters the fixes come from.
@@ -53,7 +30,7 @@ tide::RegionData EastGoingRegion() {
 }
 
 struct TideVoyage {
-    NullShell shell;
+    WindowlessShell shell;
     Sailing s{shell};
     TideVoyage(bool useModel) {
         std::filesystem::create_directories(s.dir / "home/Dat");
