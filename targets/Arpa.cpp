@@ -212,12 +212,6 @@ void Arpa::CentreOnArpaTarget() {
     });
 }
 
-void Arpa::ClearArpaTarget(int slot) {
-    if (slot < 0 || slot >= kSlots) return;
-    Targets[size_t(slot)] = ArpaTarget{};
-    if (slot == ActiveTarget) UpdateArpaConsole();
-}
-
 void Arpa::ClearArpaTargets() {
     for (int slot = 0; slot < kSlots; ++slot) Targets[size_t(slot)] = ArpaTarget{};
     ActiveTarget = -1;

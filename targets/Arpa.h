@@ -102,7 +102,6 @@ public:
     // "Select ARPA Target To Centre On": the chosen target becomes the
     // console's and the chart zooms to it.
     void CentreOnArpaTarget();
-    void ClearArpaTarget(int slot);
     // A new connection starts with an empty table.
     void ClearArpaTargets();
     // Once a tick: the silence test. True when it timed out just now.
